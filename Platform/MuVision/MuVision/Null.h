@@ -1,0 +1,36 @@
+#pragma once
+
+#include <zApi/zTypes.h>
+
+#include <limits>
+
+namespace Mu::Vision
+{
+/// The value of `T` that means "no value". A NaN is not null.
+template <typename T>
+constexpr T GetNull();
+
+template <>
+constexpr unsigned char GetNull<unsigned char>()
+{
+    return std::numeric_limits<unsigned char>::max();
+}
+
+template <>
+constexpr short GetNull<short>()
+{
+    return zNULL_16S;
+}
+
+template <>
+constexpr int GetNull<int>()
+{
+    return std::numeric_limits<int>::min();
+}
+
+template <>
+constexpr double GetNull<double>()
+{
+    return zNULL_64F;
+}
+} // namespace Mu::Vision

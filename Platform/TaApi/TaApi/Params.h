@@ -1,0 +1,6 @@
+#pragma once
+
+#include <TaApi/ParamsBase.h>
+#include <TaApi/ParamsEnum.h>
+#include <TaApi/ParamsGroup.h>
+#include <TaApi/ParamsValue.h>

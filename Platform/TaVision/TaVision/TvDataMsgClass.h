@@ -1,0 +1,54 @@
+#pragma once
+
+#include <TaVision/TvMsgClass.h>
+
+/// The kind of array in which a family keeps its samples, and how it is asked.
+struct TvArrayKind
+{
+    zType type;
+    zStatus (*construct)(zObject* array, zType itemType, std::size_t length, std::size_t width, zAlloc alloc);
+    std::size_t (*length)(zObject array);
+    std::size_t (*width)(zObject array);
+    zType (*itemType)(zObject array);
+    void* (*items)(zObject array);
+};
+
+/// An array of a message, with what is asked of it most.
+struct TvSamples
+{
+    zObject array = nullptr; ///< holds a reference; null if the message has no such samples
+    zType itemType = nullptr;
+    unsigned char* items = nullptr; ///< null if there are none
+};
+
+/// What every message with samples has: a grid of points, and intensities in step with them if there are any.
+struct TvDataMsgClass : TvMsgClass
+{
+    std::size_t width = 0;
+    std::size_t length = 0;
+    zPoint3d64f offset = {0, 0, 0};
+    zPoint3d64f scale = {1, 1, 1};
+    const TvArrayKind* kind = nullptr;
+    TvSamples points;
+    TvSamples intensity;
+
+    void ReleaseParts() noexcept;
+    [[nodiscard]] zStatus CopyFrom(const TvDataMsgClass& source);
+
+    /// Gives a new message its points, all null. `pointType` is made of `z16s` coordinates.
+    [[nodiscard]] zStatus Build(const TvArrayKind& arrayKind, zType pointType, std::size_t newLength,
+                                std::size_t newWidth);
+};
+
+// What the families offer under names of their own. `msg` is null if the handle was of another type.
+
+/// Points or intensities.
+using TvWhichSamples = TvSamples TvDataMsgClass::*;
+
+[[nodiscard]] void* TvSamples_At(const TvDataMsgClass* msg, TvWhichSamples which, std::size_t row, std::size_t column);
+[[nodiscard]] void* TvSamples_Items(const TvDataMsgClass* msg, TvWhichSamples which);
+[[nodiscard]] zObject TvSamples_Array(const TvDataMsgClass* msg, TvWhichSamples which, std::size_t index);
+[[nodiscard]] zType TvSamples_Type(const TvDataMsgClass* msg, TvWhichSamples which);
+[[nodiscard]] zStatus TvSamples_CopyPoints(TvDataMsgClass* msg, zObject from);
+[[nodiscard]] zStatus TvSamples_CopyIntensity(TvDataMsgClass* msg, zObject from);
+[[nodiscard]] zStatus TvSamples_AllocateIntensity(TvDataMsgClass* msg, zType itemType);

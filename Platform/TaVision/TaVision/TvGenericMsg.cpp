@@ -1,0 +1,105 @@
+#include <TaVision/TvGenericMsg.h>
+#include <TaVision/TvMsgClass.h>
+
+#include <cstring>
+
+namespace
+{
+struct Generic : TvMsgClass
+{
+    z32u dataType = 0;
+    std::size_t size = 0;
+    void* buffer = nullptr; ///< null if it has no bytes
+
+    [[nodiscard]] zStatus Allocate(z32u newType, std::size_t newSize)
+    {
+        dataType = newType;
+        if (newSize > TvMSG_MAX_ITEMS)
+        {
+            return zERROR_PARAMETER;
+        }
+        if (newSize > 0)
+        {
+            zTRY(zAlloc_Get(alloc, newSize, &buffer));
+            size = newSize;
+        }
+        return zOK;
+    }
+
+    void Fill(const void* bytes)
+    {
+        if (size > 0)
+        {
+            std::memcpy(buffer, bytes, size);
+        }
+    }
+
+    void ReleaseParts() noexcept
+    {
+        static_cast<void>(zAlloc_Free(alloc, buffer));
+    }
+
+    [[nodiscard]] zStatus CopyFrom(const Generic& source)
+    {
+        zTRY(TvMsgClass::CopyFrom(source));
+        zTRY(Allocate(source.dataType, source.size));
+        Fill(source.buffer);
+        return zOK;
+    }
+};
+
+template <typename Value>
+Value Get(zObject msg, Value Generic::*member, const Value& otherwise)
+{
+    return TvMsg_Member<Generic>(msg, zTypeOf(TvGenericMsg), member, otherwise);
+}
+} // namespace
+
+zDEFINE_OBJECT_TYPE(TvGenericMsg, TvMsg, &TvMsg_Ops<Generic>);
+
+zStatus TvGenericMsg_Construct(TvGenericMsg* msg, z32u dataType, std::size_t size, zAlloc alloc)
+{
+    zFAULT_GATE();
+    return TvMsg_Make<Generic>(zTypeOf(TvGenericMsg), 1, alloc, msg,
+                               [dataType, size](Generic& made)
+                               {
+                                   zTRY(made.Allocate(dataType, size));
+                                   if (size > 0)
+                                   {
+                                       std::memset(made.buffer, 0, size);
+                                   }
+                                   return zOK;
+                               });
+}
+
+z32u TvGenericMsg_Type(TvGenericMsg msg)
+{
+    return Get(msg, &Generic::dataType, z32u{0});
+}
+
+std::size_t TvGenericMsg_Size(TvGenericMsg msg)
+{
+    return Get(msg, &Generic::size, std::size_t{0});
+}
+
+void* TvGenericMsg_Buffer(TvGenericMsg msg)
+{
+    void* const none = nullptr;
+    return Get(msg, &Generic::buffer, none);
+}
+
+zStatus TvGenericMsg_SetBuffer(TvGenericMsg msg, const void* bytes)
+{
+    zFAULT_GATE();
+    Generic* const generic = zObjectType_Cast<Generic>(msg, zTypeOf(TvGenericMsg));
+    if (generic == nullptr)
+    {
+        return zERROR_PARAMETER;
+    }
+    if (bytes == nullptr && generic->size > 0)
+    {
+        return zERROR_MISSING;
+    }
+    generic->Fill(bytes);
+    return zOK;
+}
