@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace Mu::Tools
+{
+/// The six values of an anchor.
+enum class AnchorAxis : int
+{
+    X = 0,
+    Y = 1,
+    Z = 2,
+    XAngle = 3,
+    YAngle = 4,
+    ZAngle = 5,
+};
+
+/// An input of a tool that carries one value of its anchor.
+struct AnchorInput
+{
+    AnchorAxis axis = AnchorAxis::X;
+    std::string id;
+    std::string displayName;
+    std::size_t inputIndex = static_cast<std::size_t>(-1); ///< the index of the tool's input
+    bool active = false;                                   ///< whether something was routed to it when last heard of
+    std::string sourceId;                                  ///< what was routed to it when last heard of
+};
+} // namespace Mu::Tools

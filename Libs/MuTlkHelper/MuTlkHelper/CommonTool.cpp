@@ -1,0 +1,631 @@
+#include <MuTlkHelper/CommonTool.h>
+
+#include <TaApi/Logging.h>
+#include <TaVision/TaVision.h>
+#include <zApi/zString.h>
+#include <zApi/zVersion.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <utility>
+
+namespace Mu::Tools
+{
+namespace
+{
+constexpr std::size_t AT_END = static_cast<std::size_t>(-1);
+constexpr std::size_t USER_TEXT_CAPACITY = 512;
+constexpr std::size_t HELP_URL_CAPACITY = 1024;
+constexpr zVersion UNKNOWN_HOST_VERSION = zVersion_Create(1, 0, 0, 0);
+
+// What every send passes to the host: the message is complete.
+constexpr int SEND_KIND = 1;
+constexpr TaPipe::PipeDataFormat MEASUREMENT_FORMAT{TaPipe::PipeDataType::Measurement, false};
+
+struct Thresholds
+{
+    int max;
+    int initial;
+};
+
+constexpr Thresholds FULL_SCALE_8{255, 128};
+constexpr Thresholds FULL_SCALE_16{65535, 32768};
+
+struct FormatThresholds
+{
+    TvPixelFormat format;
+    Thresholds thresholds;
+};
+
+constexpr std::array<FormatThresholds, 11> FORMAT_THRESHOLDS = {{
+    {TvPIXEL_FORMAT_GREY8, FULL_SCALE_8},
+    {TvPIXEL_FORMAT_BGRX8, FULL_SCALE_8},
+    {TvPIXEL_FORMAT_BGR8_PACKED, FULL_SCALE_8},
+    {TvPIXEL_FORMAT_PFNC_MONO8, FULL_SCALE_8},
+    {TvPIXEL_FORMAT_PFNC_RGB8, FULL_SCALE_8},
+    {TvPIXEL_FORMAT_PFNC_BGR8, FULL_SCALE_8},
+    {TvPIXEL_FORMAT_PFNC_RGBA8, FULL_SCALE_8},
+    {TvPIXEL_FORMAT_PFNC_BGRA8, FULL_SCALE_8},
+    {TvPIXEL_FORMAT_PFNC_MONO10, {1023, 512}},
+    {TvPIXEL_FORMAT_PFNC_MONO12, {4095, 2048}},
+    {TvPIXEL_FORMAT_PFNC_MONO14, {16383, 8192}},
+}};
+
+// Required: everything else, 16-bit formats among it, counts as 16 bits.
+Thresholds ThresholdsOf(TvPixelFormat format)
+{
+    const auto* const found = std::find_if(FORMAT_THRESHOLDS.begin(), FORMAT_THRESHOLDS.end(),
+                                           [format](const auto& entry) { return entry.format == format; });
+    return found == FORMAT_THRESHOLDS.end() ? FULL_SCALE_16 : found->thresholds;
+}
+
+template <typename Output>
+Output& Required(const Ta::Place& place, Output* output)
+{
+    if (output == nullptr)
+    {
+        Ta::Raise(place, zERROR_MISSING);
+    }
+    return *output;
+}
+
+// Both limits are inclusive, and a NaN is within no limits. An output without limits passes everything.
+bool IsWithinLimits(const TaPipe::ToolOutputInfo& output, double value)
+{
+    const auto* const limits = dynamic_cast<const TaPipe::OutputMeasurementParams*>(&output.Params());
+    return limits == nullptr || (value >= limits->lowerLimit.Get() && value <= limits->upperLimit.Get());
+}
+} // namespace
+
+CommonTool::CommonTool()
+    : TaPipe::Tools::CommonTool(false)
+{
+}
+
+CommonTool::~CommonTool() = default;
+
+void CommonTool::Init(IToolHost& host, Ta::Params::Group& params)
+{
+    TaPipe::Tools::CommonTool::Init(host, params);
+    toolAlloc = ToolAlloc();
+    outputAlloc = nullptr;
+    persistenceTools.clear();
+    OnParamsChanged();
+}
+
+void CommonTool::OnParamsChanged()
+{
+    TaPipe::Tools::CommonTool::OnParamsChanged();
+    UpdateConfig();
+}
+
+bool CommonTool::UpdateDynamicParams()
+{
+    OnParamsChanged();
+    return dynamicParamsChanged;
+}
+
+void CommonTool::OnInputRouted(ToolInputInfo& input, InputRoutedInfo info)
+{
+    TaPipe::Tools::CommonTool::OnInputRouted(input, info);
+    const auto found = std::find_if(anchorInputs.begin(), anchorInputs.end(),
+                                    [&input](const AnchorInput& a) { return a.inputIndex == input.Index(); });
+    if (found == anchorInputs.end())
+    {
+        return;
+    }
+    if (found->active != input.IsActive())
+    {
+        found->active = input.IsActive();
+        anchorRoutingChanged = true;
+    }
+    if (found->sourceId != info.sourceId)
+    {
+        found->sourceId = std::move(info.sourceId);
+        anchorRoutingChanged = true;
+    }
+    if (LifeCycle() == ToolLifeCycle::Restoring)
+    {
+        anchorRoutingChanged = false;
+    }
+}
+
+bool CommonTool::AllAnchorsInactive()
+{
+    return std::none_of(anchorInputs.begin(), anchorInputs.end(), [](const AnchorInput& a) { return a.active; });
+}
+
+void CommonTool::Start()
+{
+    TaPipe::Tools::CommonTool::Start();
+    anchorsActive = !AllAnchorsInactive();
+    if (anchorsActive)
+    {
+        transformChanged = true;
+        NotifyParamsChanged(false);
+    }
+    else if (anchorRoutingChanged)
+    {
+        anchor = Mu::Vision::Anchor();
+        relativeRegionChanged = true;
+        transformChanged = true;
+    }
+    infoLog.clear();
+    warningLog.clear();
+    errorLog.clear();
+}
+
+void CommonTool::Stop()
+{
+    if (relativeRegionChanged || transformChanged)
+    {
+        NotifyParamsChanged(false);
+        relativeRegionChanged = false;
+        transformChanged = false;
+    }
+    TaPipe::Tools::CommonTool::Stop();
+}
+
+void CommonTool::OnAllInputsReady(InputSet& set)
+{
+    try
+    {
+        RunExecution(set);
+    }
+    catch (...)
+    {
+        // A failed execution is no failure for the host: what comes behind this tool sees that there is no data.
+        SendAllNullOutputs();
+    }
+}
+
+void CommonTool::RunExecution(InputSet& set)
+{
+    TaPipe::Tools::CommonTool::OnAllInputsReady(set);
+    if (!acceptNullInputs)
+    {
+        CheckRequiredInputs(set);
+    }
+    if (LifeCycle() == ToolLifeCycle::TakeDefaults || inputBoundingBox.x == zNULL_64F)
+    {
+        FindReferenceMessage(set);
+    }
+    Execute(set);
+    anchorRoutingChanged = false;
+}
+
+void CommonTool::CheckRequiredInputs(InputSet& set)
+{
+    for (std::size_t i = 0; i < set.Count(); ++i)
+    {
+        const InputItem& item = set.At(i);
+        if (item.Input().IsOptional())
+        {
+            continue;
+        }
+        // Required: an item without messages passes.
+        for (std::size_t k = 0; k < item.MessageCount(); ++k)
+        {
+            if (!item.MessageAt(k, true))
+            {
+                MU_FAIL(zERROR_MISSING, nullptr);
+            }
+        }
+    }
+}
+
+void CommonTool::FindReferenceMessage(InputSet& set)
+{
+    referenceMsg = nullptr;
+    for (std::size_t i = 0; i < set.Count() && referenceMsg == nullptr; ++i)
+    {
+        // The set keeps the message alive.
+        void* const message = set.At(i).Message(true).Get();
+        if (xzCastClass_ObjectIs(message, zTypeOf(TvDataMsg)))
+        {
+            referenceMsg = message;
+        }
+    }
+    if (referenceMsg == nullptr)
+    {
+        return;
+    }
+    if (TvDataMsg_HasBoundingBox(referenceMsg))
+    {
+        inputBoundingBox = TvDataMsg_BoundingBox(referenceMsg);
+    }
+    if (LifeCycle() == ToolLifeCycle::TakeDefaults)
+    {
+        profileInput = xzCastClass_ObjectIs(referenceMsg, zTypeOf(TvProfileMsg));
+        InitializeRegions();
+        relativeRegionChanged = true;
+    }
+}
+
+void CommonTool::Execute(InputSet& /*set*/) {}
+
+void CommonTool::UpdateConfig() {}
+
+void CommonTool::InitializeRegions() {}
+
+Mu::Vision::RefFrame CommonTool::CreateTransformMatrix(const Mu::Vision::Anchor& newAnchor,
+                                                       Mu::Vision::RotationOrder order)
+{
+    return Mu::Vision::CreateAnchorTransform(newAnchor, order);
+}
+
+std::vector<std::string>& CommonTool::UserLog(const Ta::Place& place, std::size_t level)
+{
+    switch (level)
+    {
+    case Ta::Logging::LEVEL_INFORMATION:
+        return infoLog;
+    case Ta::Logging::LEVEL_WARNING:
+        return warningLog;
+    case Ta::Logging::LEVEL_ERROR:
+        return errorLog;
+    default:
+        Ta::Raise(place, zERROR_ENUM);
+    }
+}
+
+void CommonTool::LogUserMessage(int line, const char* file, std::size_t level, const char* source, const char* format,
+                                ...)
+{
+    std::vector<std::string>& logged = UserLog(MU_HERE, level);
+    std::array<char, USER_TEXT_CAPACITY> text{};
+    va_list arguments;
+    va_start(arguments, format);
+    const zStatus formatted = zStrPrintvf(text.data(), text.size(), format, arguments);
+    va_end(arguments);
+    MU_CHECK(formatted);
+    const auto isEqual = [&text](const std::string& former) { return zStrCompare(former.c_str(), text.data()) == 0; };
+    if (std::any_of(logged.begin(), logged.end(), isEqual))
+    {
+        return;
+    }
+    MU_CHECK(Ta::Logging::Ta_Debug_Log(line, file, level, source, "%s", text.data()));
+    logged.emplace_back(text.data());
+}
+
+void CommonTool::Describe(ToolInfo& info)
+{
+    zVersion version = UNKNOWN_HOST_VERSION;
+    if (zVersion_Parse(&version, ToolInfo::HostAppVersion().c_str()) != zOK)
+    {
+        version = UNKNOWN_HOST_VERSION;
+    }
+    std::array<char, HELP_URL_CAPACITY> url{};
+    MU_CHECK(zStrPrintf(url.data(), url.size(),
+                        MU_MANUAL_SERVER "/manuals/tavro/tavro-%u.%u/OrvaneLaserLineProfiler/Content/Inline/%s.htm",
+                        zVersion_Major(version), zVersion_Minor(version), info.Type().c_str()));
+    info.SetHelpUrl(url.data());
+}
+
+int CommonTool::UpdateThresholdMax(TvPixelFormat format)
+{
+    return ThresholdsOf(format).max;
+}
+
+int CommonTool::UpdateThresholdDefault(TvPixelFormat format)
+{
+    return ThresholdsOf(format).initial;
+}
+
+void* CommonTool::GetDataMessageInput(InputSet& set, const char* inputId)
+{
+    const InputItem* const item = set.FindByName(inputId);
+    // The set keeps the message alive.
+    return item == nullptr ? nullptr : item->Message(true).Get();
+}
+
+void CommonTool::HandleDynamicInput(const std::vector<const char*>& ids, const std::vector<const char*>& displayNames,
+                                    const std::vector<PipeDataType>& types, std::size_t firstDynamicIndex)
+{
+    if (ids.size() != displayNames.size() || ids.size() != types.size() || firstDynamicIndex == 0)
+    {
+        MU_FAIL(zERROR_PRECONDITION, nullptr);
+    }
+    std::vector<bool> present(ids.size(), false);
+    for (std::size_t i = InputCount(); i > firstDynamicIndex; --i)
+    {
+        const char* const id = InputAt(i - 1).Id();
+        const auto found =
+            std::find_if(ids.begin(), ids.end(), [id](const char* wanted) { return zStrEquals(wanted, id) != 0; });
+        if (found == ids.end())
+        {
+            RemoveInput(i - 1);
+        }
+        else
+        {
+            present[static_cast<std::size_t>(found - ids.begin())] = true;
+        }
+    }
+    for (std::size_t j = 0; j < ids.size(); ++j)
+    {
+        if (!present[j])
+        {
+            AddInput(ids[j], AT_END)
+                .AddAcceptedDataFormat(types[j], false)
+                .SetDisplayName(displayNames[j])
+                .SetOptional(true);
+        }
+    }
+}
+
+TaPipe::ToolOutputInfo& CommonTool::AddOutput(const char* id, std::size_t index)
+{
+    ToolOutputInfo& output = TaPipe::Tools::CommonTool::AddOutput(id, index);
+    outputsById[id] = &output;
+    return output;
+}
+
+TaPipe::ToolOutputInfo& CommonTool::AddMeasurementOutput(const char* id, bool isArray, std::size_t index)
+{
+    ToolOutputInfo& output = TaPipe::Tools::CommonTool::AddMeasurementOutput(id, isArray, index);
+    outputsById[id] = &output;
+    return output;
+}
+
+void CommonTool::RemoveOutput(std::size_t index)
+{
+    if (index >= OutputCount())
+    {
+        return;
+    }
+    outputsById.erase(OutputAt(index).Id());
+    TaPipe::Tools::CommonTool::RemoveOutput(index);
+}
+
+TaPipe::ToolOutputInfo* CommonTool::FindOutputById(const char* id)
+{
+    if (id != nullptr)
+    {
+        if (const auto found = outputsById.find(std::string_view(id)); found != outputsById.end())
+        {
+            return found->second;
+        }
+    }
+    return TaPipe::Tools::CommonTool::FindOutputById(id);
+}
+
+void CommonTool::SetOutputVisiblity(ToolOutputInfo* output, OutputVisibility visibility)
+{
+    ToolOutputInfo& known = Required(MU_HERE, output);
+    known.SetPriority(static_cast<std::size_t>(visibility) * outputVisibilityStride +
+                      known.Priority() % outputVisibilityStride);
+}
+
+bool CommonTool::IsOutputEnabled(const char* id)
+{
+    return Required(MU_HERE, FindOutputById(id)).IsEnabled();
+}
+
+void CommonTool::Send(ToolOutputInfo& output, Ta::Object<void*> message, int sendKind)
+{
+    TaPipe::Tools::CommonTool::Send(output, std::move(message), sendKind);
+}
+
+void CommonTool::Deliver(ToolOutputInfo& output, Ta::Object<void*> message, bool arrayed)
+{
+    if (arrayed)
+    {
+        TaPipe::Tools::CommonTool::WriteToArray(output, std::move(message), SEND_KIND);
+    }
+    else
+    {
+        Send(output, std::move(message), SEND_KIND);
+    }
+}
+
+void CommonTool::CheckOutputFormat(const ToolOutputInfo* output, PipeDataFormat format, bool ignoreType)
+{
+    const PipeDataFormat declared = output->DataFormat();
+    if (!declared.isArray && format.isArray)
+    {
+        MU_FAIL(zERROR_FORMAT, "Tool output format is not arrayed (tool: %s[%s]).", toolName.c_str(),
+                output->DisplayName());
+    }
+    if (!ignoreType && declared.type != format.type)
+    {
+        // Required: the text lacks the word.
+        MU_FAIL(zERROR_FORMAT, "Tool output format is not (tool: %s[%s]).", toolName.c_str(), output->DisplayName());
+    }
+}
+
+Ta::Object<void*> CommonTool::MeasurementOf(const Ta::Place& place, double value)
+{
+    Ta::Object<void*> message;
+    if (value == zNULL_64F)
+    {
+        Ta::Check(place, TvNullMsg_Construct(message.Out(), 0, toolAlloc));
+    }
+    else
+    {
+        Ta::Check(place, TvMeasureMsg_Construct(message.Out(), 1, 0, toolAlloc));
+        Ta::Check(place, TvMeasureMsg_SetValue(message.Get(), value));
+    }
+    return message;
+}
+
+Ta::Object<void*> CommonTool::CreateMeasurementMessage(const ToolOutputInfo& output, double value, bool /*arrayed*/)
+{
+    CheckOutputFormat(&output, MEASUREMENT_FORMAT, false);
+    return MeasurementOf(MU_HERE, value);
+}
+
+Ta::Object<void*> CommonTool::CreateMeasurementMessage(const char* id, double value, bool arrayed)
+{
+    return CreateMeasurementMessage(Required(MU_HERE, FindOutputById(id)), value, arrayed);
+}
+
+Ta::Object<void*> CommonTool::CreateMeasurementMessage(std::size_t index, double value, bool arrayed)
+{
+    return CreateMeasurementMessage(OutputAt(index), value, arrayed);
+}
+
+void CommonTool::SendMeasurement(ToolOutputInfo* output, double value, bool arrayed, const zStamp* stamp)
+{
+    ToolOutputInfo& known = Required(MU_HERE, output);
+    // Required: the format is checked before the output is found disabled.
+    CheckOutputFormat(&known, MEASUREMENT_FORMAT, false);
+    if (!known.IsEnabled())
+    {
+        return;
+    }
+    Ta::Object<void*> message = MeasurementOf(MU_HERE, value);
+    if (value != zNULL_64F)
+    {
+        if (stamp != nullptr)
+        {
+            // Required: a stamp that cannot be set is no reason to lose the measurement.
+            static_cast<void>(TvMeasureMsg_SetStampAt(message.Get(), 0, stamp));
+        }
+        MU_CHECK(TvMeasureMsg_SetStatus(message.Get(), IsWithinLimits(known, value)));
+    }
+    Deliver(known, std::move(message), arrayed);
+}
+
+void CommonTool::SendMeasurement(const char* id, double value, bool arrayed, const zStamp* stamp)
+{
+    SendMeasurement(&Required(MU_HERE, FindOutputById(id)), value, arrayed, stamp);
+}
+
+void CommonTool::SendMeasurementInPosition(ToolOutputInfo* output, double value, zPoint3d64f& position, bool arrayed,
+                                           const zStamp* stamp)
+{
+    ToolOutputInfo& known = Required(MU_HERE, output);
+    if (!known.IsEnabled())
+    {
+        return;
+    }
+    Ta::Object<void*> message = CreateMeasurementMessage(known, value, arrayed);
+    MU_CHECK(TvMeasureMsg_SetLabelPosition(message.Get(), position.x, position.y, position.z));
+    if (stamp != nullptr)
+    {
+        MU_CHECK(TvMeasureMsg_SetStampAt(message.Get(), 0, stamp));
+    }
+    // Required: no decision against the limits here.
+    Deliver(known, std::move(message), arrayed);
+}
+
+void CommonTool::SendMeasurementInPosition(const char* id, double value, zPoint3d64f& position, bool arrayed,
+                                           const zStamp* stamp)
+{
+    SendMeasurementInPosition(&Required(MU_HERE, FindOutputById(id)), value, position, arrayed, stamp);
+}
+
+void CommonTool::SendMeasurementAll(double value)
+{
+    for (std::size_t index = 0; index < OutputCount(); ++index)
+    {
+        ToolOutputInfo& output = OutputAt(index);
+        if (output.IsEnabled() && output.DataFormat().type == PipeDataType::Measurement)
+        {
+            Send(output, CreateMeasurementMessage(index, value, false), SEND_KIND);
+        }
+    }
+}
+
+void CommonTool::SendArrayedMeasurements(ToolOutputInfo* output, const std::vector<double>& values)
+{
+    ToolOutputInfo& known = Required(MU_HERE, output);
+    if (!known.IsEnabled())
+    {
+        return;
+    }
+    if (values.empty())
+    {
+        Send(known, Ta::Object<void*>(), SEND_KIND);
+        return;
+    }
+    BeginSendArray(known);
+    for (const double value : values)
+    {
+        SendMeasurement(&known, value, true, nullptr);
+    }
+    EndSendArray(known);
+}
+
+void CommonTool::SendArrayedMeasurements(const char* id, const std::vector<double>& values)
+{
+    SendArrayedMeasurements(&Required(MU_HERE, FindOutputById(id)), values);
+}
+
+void CommonTool::SendArrayedMeasurementsInPosition(const char* id, const std::vector<double>& values,
+                                                   std::vector<zPoint3d64f>& positions)
+{
+    if (values.size() != positions.size())
+    {
+        MU_FAIL(zERROR_PARAMETER, nullptr);
+    }
+    ToolOutputInfo& known = Required(MU_HERE, FindOutputById(id));
+    if (!known.IsEnabled())
+    {
+        return;
+    }
+    if (values.empty())
+    {
+        Send(known, Ta::Object<void*>(), SEND_KIND);
+        return;
+    }
+    BeginSendArray(known);
+    for (std::size_t i = 0; i < values.size(); ++i)
+    {
+        SendMeasurementInPosition(&known, values[i], positions[i], true, nullptr);
+    }
+    EndSendArray(known);
+}
+
+void CommonTool::SendNull(ToolOutputInfo* output)
+{
+    ToolOutputInfo& known = Required(MU_HERE, output);
+    Ta::Object<void*> message;
+    MU_CHECK(TvNullMsg_Construct(message.Out(), 0, toolAlloc));
+    Send(known, std::move(message), SEND_KIND);
+}
+
+void CommonTool::SendNull(const char* id)
+{
+    SendNull(&Required(MU_HERE, FindOutputById(id)));
+}
+
+void CommonTool::SendAllNullOutputs()
+{
+    for (std::size_t index = 0; index < OutputCount(); ++index)
+    {
+        ToolOutputInfo& output = OutputAt(index);
+        if (OutputAlreadySent(&output))
+        {
+            continue;
+        }
+        Ta::Object<void*> message;
+        MU_CHECK(TvNullMsg_Construct(message.Out(), 0, toolAlloc));
+        if (inputBoundingBox.x != zNULL_64F)
+        {
+            MU_CHECK(TvDataMsg_SetBoundingBox(message.Get(), &inputBoundingBox));
+        }
+        Send(output, std::move(message), SEND_KIND);
+    }
+}
+
+void CommonTool::SendString(std::size_t index, char* text)
+{
+    ToolOutputInfo& output = OutputAt(index);
+    if (!output.IsEnabled())
+    {
+        return;
+    }
+    Ta::Object<void*> message;
+    MU_CHECK(TvGenericMsg_Construct(message.Out(), 0, zStrLength(text) + 1, toolAlloc));
+    MU_CHECK(TvGenericMsg_SetBuffer(message.Get(), text));
+    Send(output, std::move(message), SEND_KIND);
+}
+} // namespace Mu::Tools
+
+zStatus TaPlugin_SetHostInfo(const std::string& hostVersion)
+{
+    TaPipe::ToolInfo::SetHostAppVersion(hostVersion);
+    return zOK;
+}

@@ -1,0 +1,242 @@
+#pragma once
+
+#include <MuTlkHelper/AnchorInput.h>
+#include <MuTlkHelper/Export.h>
+
+#include <MuVision/Anchor.h>
+#include <TaApi/Params.h>
+#include <TaPipe/CommonTool.h>
+#include <TaVision/TvPixelFormat.h>
+#include <zRelay/zStamp.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace Mu::TlkHelper
+{
+class AnchoredRegionInterface;
+class FlexibleRegion;
+} // namespace Mu::TlkHelper
+
+/// Called by the host once after it has loaded the library: the version text of the host. Returns `zOK`.
+extern "C" MU_TLK_EXPORT zStatus TaPlugin_SetHostInfo(const std::string& hostVersion);
+
+namespace Mu::Tools
+{
+class PersistenceTool;
+class TestRecorder;
+
+/// The base class of every measurement tool. A concrete tool declares inputs, outputs and parameters, calls `Init`, and
+/// implements `Execute`; this class does everything around that call. Its central promise: whatever `Execute` throws,
+/// every output that has had no message yet gets a null message, and the host sees no failure.
+///
+/// The order of the added virtual operations, and of the members, is part of the interface. Nothing here is guarded:
+/// the host never overlaps calls on one tool.
+class MU_TLK_EXPORT CommonTool : public TaPipe::Tools::CommonTool
+{
+public:
+    /// Who an output is meant for. `Priority() / outputVisibilityStride` of an output.
+    enum class OutputVisibility : std::size_t
+    {
+        Standard = 0,  ///< a result
+        Rendering = 1, ///< graphics to look at
+        Advanced = 2,  ///< shown on request
+    };
+
+    CommonTool();
+    ~CommonTool() override;
+
+    bool UpdateDynamicParams() override;
+    void Start() override;
+    void Stop() override;
+    void OnAllInputsReady(InputSet& set) override;
+    void OnParamsChanged() override;
+    void OnInputRouted(ToolInputInfo& input, InputRoutedInfo info) override;
+
+    /// The measurement itself: reads the messages of `set` and sends on the outputs. What it throws is discarded.
+    virtual void Execute(InputSet& set);
+
+    /// The parameters have changed.
+    virtual void UpdateConfig();
+
+    /// Places the tool's regions by the reference message; called once, in the stage of life that takes defaults.
+    virtual void InitializeRegions();
+
+    /// The transform by which an anchor moves the tool's regions.
+    virtual Mu::Vision::RefFrame CreateTransformMatrix(const Mu::Vision::Anchor& anchor,
+                                                       Mu::Vision::RotationOrder order);
+
+    /// Logs a text for the user, each text once per level between two starts. The text may have 511 characters.
+    /// @param level  0x8000000100000000 information, ...1 warning, ...2 error
+    /// @throws Ta::Exception -996 for another level, or the status of a failing call
+    void LogUserMessage(int line, const char* file, std::size_t level, const char* source, const char* format, ...)
+        __attribute__((format(printf, 6, 7)));
+
+    /// Adds an output before `index`, or at the end if `index` is past it (-1). An id that is added twice is found
+    /// under its later output.
+    ToolOutputInfo& AddOutput(const char* id, std::size_t index);
+
+    /// The same for measurements; `isArray` says whether they come in arrays.
+    ToolOutputInfo& AddMeasurementOutput(const char* id, bool isArray, std::size_t index);
+
+    /// Removes the output at `index`; past the end it does nothing.
+    void RemoveOutput(std::size_t index);
+
+    /// The output with this id, null when there is none.
+    ToolOutputInfo* FindOutputById(const char* id);
+
+    /// Sets who the output is meant for and keeps its order among its like.
+    void SetOutputVisiblity(ToolOutputInfo* output, OutputVisibility visibility);
+
+    /// Delivers a message to the host. A null handle stands for an empty array.
+    void Send(ToolOutputInfo& output, Ta::Object<void*> message, int sendKind);
+
+    /// Sends a measurement with its decision against the output's limits, both inclusive; without limits it passes.
+    /// A null value goes out as a null message, without stamp. A disabled output sends nothing.
+    /// @param arrayed  adds it to the array begun on the output
+    /// @param stamp    may be null
+    /// @throws Ta::Exception -984 if the output is not for measurements, -999 if it is null, or a failing call's status
+    void SendMeasurement(ToolOutputInfo* output, double value, bool arrayed, const zStamp* stamp);
+
+    /// Sends a measurement with the place of its label, in mm. It carries no decision.
+    /// @throws Ta::Exception as `SendMeasurement`
+    void SendMeasurementInPosition(ToolOutputInfo* output, double value, zPoint3d64f& position, bool arrayed,
+                                   const zStamp* stamp);
+
+    /// Sends measurements as one array; an empty one as a null handle.
+    /// @throws Ta::Exception as `SendMeasurement`
+    void SendArrayedMeasurements(ToolOutputInfo* output, const std::vector<double>& values);
+
+protected:
+    /// Extra pixels around a region, for concrete tools.
+    static constexpr int REGION_EXTRA_BORDER_PXL = 4;
+
+    /// Binds the tool to its host and its parameters; both outlive the tool or are part of it. Called once by the
+    /// concrete tool when its parameters are built; it ends in `UpdateConfig`.
+    void Init(IToolHost& host, Ta::Params::Group& params);
+    using TaPipe::Tools::CommonTool::Init;
+
+    /// Sets the help address of a tool type, made from the host's version.
+    static void Describe(ToolInfo& info);
+
+    /// The full-scale value of a pixel format.
+    int UpdateThresholdMax(TvPixelFormat format);
+
+    /// The default threshold of a pixel format: the middle of its range.
+    int UpdateThresholdDefault(TvPixelFormat format);
+
+    /// The first message on the input with this id, null if there is none. It is not owned; it lives as long as `set`.
+    void* GetDataMessageInput(InputSet& set, const char* inputId);
+
+    /// Makes the inputs from `firstDynamicIndex` on match the lists. Inputs that are in them stay, and with them their
+    /// routes; others go; missing ones are added at the end, optional.
+    /// @throws Ta::Exception 0 if the lists differ in length or `firstDynamicIndex` is 0
+    void HandleDynamicInput(const std::vector<const char*>& ids, const std::vector<const char*>& displayNames,
+                            const std::vector<PipeDataType>& types, std::size_t firstDynamicIndex);
+
+    /// True when nothing is routed to any anchor input.
+    bool AllAnchorsInactive();
+
+    /// @throws Ta::Exception -999 if there is no such output
+    bool IsOutputEnabled(const char* id);
+
+    /// Makes the message of a measurement, a null message for a null value; without decision. The bool is not read.
+    /// @throws Ta::Exception -984 if the output is not for measurements, or a failing call's status
+    Ta::Object<void*> CreateMeasurementMessage(const ToolOutputInfo& output, double value, bool arrayed);
+    Ta::Object<void*> CreateMeasurementMessage(const char* id, double value, bool arrayed);
+    Ta::Object<void*> CreateMeasurementMessage(std::size_t index, double value, bool arrayed);
+
+    /// By id. @throws Ta::Exception -999 if there is no such output, else as by pointer
+    void SendMeasurement(const char* id, double value, bool arrayed, const zStamp* stamp);
+    void SendMeasurementInPosition(const char* id, double value, zPoint3d64f& position, bool arrayed,
+                                   const zStamp* stamp);
+    void SendArrayedMeasurements(const char* id, const std::vector<double>& values);
+
+    /// Sends measurements with the places of their labels as one array.
+    /// @throws Ta::Exception -997 if the lists differ in length, -999 if there is no such output
+    void SendArrayedMeasurementsInPosition(const char* id, const std::vector<double>& values,
+                                           std::vector<zPoint3d64f>& positions);
+
+    /// Sends one value on every enabled measurement output, without decision.
+    void SendMeasurementAll(double value);
+
+    /// Sends a null message, also on a disabled output.
+    void SendNull(ToolOutputInfo* output);
+    void SendNull(const char* id);
+
+    /// Sends a null message, with the input's bounding box if it is known, on every output that has had nothing yet.
+    void SendAllNullOutputs();
+
+    /// Sends a text with its terminator as a generic message.
+    void SendString(std::size_t index, char* text);
+
+private:
+    friend struct CommonToolTestAccess;
+
+    struct TextHash
+    {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const
+        {
+            return std::hash<std::string_view>{}(text);
+        }
+    };
+
+    void RunExecution(InputSet& set);
+    void CheckRequiredInputs(InputSet& set);
+    void FindReferenceMessage(InputSet& set);
+    std::vector<std::string>& UserLog(const Ta::Place& place, std::size_t level);
+    void CheckOutputFormat(const ToolOutputInfo* output, PipeDataFormat format, bool ignoreType);
+    Ta::Object<void*> MeasurementOf(const Ta::Place& place, double value);
+    void Deliver(ToolOutputInfo& output, Ta::Object<void*> message, bool arrayed);
+
+protected:
+    void* toolAlloc = nullptr;   ///< the allocator of all messages
+    void* outputAlloc = nullptr; ///< a second allocator; stays null here
+
+private:
+    std::vector<AnchorInput> anchorInputs;
+    std::vector<std::string> infoLog;
+    std::vector<std::string> warningLog;
+    std::vector<std::string> errorLog;
+
+protected:
+    void* referenceMsg = nullptr; ///< the data message that regions are placed by; not owned, lives as long as its set
+    Mu::Vision::Anchor anchor;    ///< the last anchor values
+
+private:
+    bool anchorsActive = false;
+    bool anchorRoutingChanged = false;
+    bool relativeRegionChanged = false;
+    bool transformChanged = false;
+
+protected:
+    bool acceptNullInputs = false; ///< for concrete tools: required inputs may carry no data
+
+private:
+    std::vector<Mu::TlkHelper::AnchoredRegionInterface*> anchoredRegions;
+    std::vector<Mu::TlkHelper::FlexibleRegion*> flexibleRegions;
+    std::vector<PersistenceTool*> persistenceTools;
+
+protected:
+    /// The bounding box of the input data, kept from one execution to the next.
+    zRect3d64f inputBoundingBox{zNULL_64F, zNULL_64F, zNULL_64F, zNULL_64F, zNULL_64F, zNULL_64F};
+    bool profileInput = true; ///< the reference message is a profile
+
+private:
+    bool dynamicParamsChanged = false;
+
+protected:
+    bool skipFlexibleRegionUpdate = false;     ///< for concrete tools: mask-source inputs are left alone
+    std::size_t outputVisibilityStride = 1000; ///< for concrete tools: what separates visibility from order
+    std::string toolName = "MuToolTemplate";   ///< for concrete tools: their name in errors about formats
+
+private:
+    std::unordered_map<std::string, ToolOutputInfo*, TextHash, std::equal_to<>> outputsById;
+    TestRecorder* testRecorder = nullptr;
+};
+} // namespace Mu::Tools
