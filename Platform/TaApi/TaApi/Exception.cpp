@@ -1,6 +1,7 @@
 #include <TaApi/Exception.h>
 
 #include <cstdio>
+#include <mutex>
 #include <string>
 
 namespace Ta
@@ -12,7 +13,9 @@ struct Exception::Details
     std::string file;
     std::string function;
     std::string message;
-    std::string what;
+    // Made on demand: most exceptions are handled without anybody reading them.
+    mutable std::once_flag summarised;
+    mutable std::string summary;
 };
 
 namespace
@@ -73,7 +76,6 @@ Exception::Exception(int line, const char* file, int status, const char* functio
         made->message = Format(format, arguments);
         va_end(arguments);
     }
-    made->what = Summary(made->message, made->function, made->file, line, status);
     details = std::move(made);
 }
 
@@ -108,6 +110,15 @@ const char* Exception::Message() const noexcept
 
 const char* Exception::what() const noexcept
 {
-    return details->what.c_str();
+    try
+    {
+        const Details& d = *details;
+        std::call_once(d.summarised, [&d] { d.summary = Summary(d.message, d.function, d.file, d.line, d.status); });
+        return d.summary.c_str();
+    }
+    catch (...)
+    {
+        return details->message.c_str();
+    }
 }
 } // namespace Ta
