@@ -172,7 +172,8 @@ TEST_F(Tool_base, raises_for_places_past_the_end_and_missing_ids)
     ExpectRaised(-997, "RemoveInput", [this] { tool.RemoveInput(0); });
     ExpectRaised(-997, "RemoveOutput", [this] { tool.RemoveOutput(0); });
     ExpectRaised(-999, "AddInput", [this] { tool.AddInput(nullptr, AT_END); });
-    ExpectRaised(-999, "InsertOutput", [this] { tool.AddOutput(nullptr, AT_END); });
+    ExpectRaised(-999, "AddOutput", [this] { tool.AddOutput(nullptr, AT_END); });
+    ExpectRaised(-999, "AddMeasurementOutput", [this] { tool.AddMeasurementOutput(nullptr, false, AT_END); });
 }
 
 TEST_F(Tool_base, gives_measurement_outputs_limits_and_others_none)
@@ -212,9 +213,9 @@ TEST_F(Tool_base, runs_actions_by_name)
 TEST_F(Tool_base, cannot_send_before_Init)
 {
     TaPipe::ToolOutputInfo& output = tool.AddOutput("A", AT_END);
-    ExpectRaised(-999, "Receiver", [&] { tool.Send(output, Measure(1), 1); });
+    ExpectRaised(-999, "Send", [&] { tool.Send(output, Measure(1), 1); });
     tool.BeginSendArray(output);
-    ExpectRaised(-999, "Receiver", [&] { tool.EndSendArray(output); });
+    ExpectRaised(-999, "EndSendArray", [&] { tool.EndSendArray(output); });
 }
 
 TEST_F(Tool_base, writes_and_ends_arrays_that_were_begun_only)

@@ -327,24 +327,24 @@ void CommonTool::RemoveInput(std::size_t index)
     Remove(MU_HERE, inputs, index);
 }
 
-ToolOutputInfo& CommonTool::InsertOutput(const char* id, std::size_t index,
+ToolOutputInfo& CommonTool::InsertOutput(const Ta::Place& place, const char* id, std::size_t index,
                                          std::unique_ptr<Ta::Properties::Structure> params)
 {
     if (id == nullptr)
     {
-        MU_FAIL(zERROR_MISSING, "An output needs an id.");
+        MU_FAIL_AT(place, zERROR_MISSING, "An output needs an id.");
     }
     return Insert(outputs, std::make_unique<ToolOutputInfo>(owner, id, index, std::move(params)), index);
 }
 
 ToolOutputInfo& CommonTool::AddOutput(const char* id, std::size_t index)
 {
-    return InsertOutput(id, index, std::make_unique<NoParams>());
+    return InsertOutput(MU_HERE, id, index, std::make_unique<NoParams>());
 }
 
 ToolOutputInfo& CommonTool::AddMeasurementOutput(const char* id, bool isArray, std::size_t index)
 {
-    return InsertOutput(id, index, std::make_unique<OutputMeasurementParams>())
+    return InsertOutput(MU_HERE, id, index, std::make_unique<OutputMeasurementParams>())
         .SetDataFormat(PipeDataType::Measurement, isArray);
 }
 
@@ -360,18 +360,18 @@ ToolOutputInfo* CommonTool::FindOutputById(const char* id)
     return found == outputs.end() ? nullptr : found->get();
 }
 
-IOutputReceiver& CommonTool::Receiver() const
+IOutputReceiver& CommonTool::Receiver(const Ta::Place& place) const
 {
     if (receiver == nullptr)
     {
-        MU_FAIL(zERROR_MISSING, "The tool cannot send before Init.");
+        MU_FAIL_AT(place, zERROR_MISSING, "The tool cannot send before Init.");
     }
     return *receiver;
 }
 
 void CommonTool::Send(ToolOutputInfo& output, Ta::Object<void*> message, int sendKind)
 {
-    IOutputReceiver& host = Receiver();
+    IOutputReceiver& host = Receiver(MU_HERE);
     output.State() = {true, false, {}};
     CountMessages(1);
     host.OnMessage(*this, output, message, sendKind);
@@ -399,7 +399,7 @@ void CommonTool::EndSendArray(ToolOutputInfo& output)
     {
         MU_FAIL(zERROR_PRECONDITION, "No array was begun on output \"%s\".", output.Id());
     }
-    IOutputReceiver& host = Receiver();
+    IOutputReceiver& host = Receiver(MU_HERE);
     const std::vector<Ta::Object<void*>> messages = std::move(sending.array);
     sending = {true, false, {}};
     CountMessages(messages.size());

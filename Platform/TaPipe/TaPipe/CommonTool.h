@@ -134,8 +134,9 @@ private:
         ~ExecutionEnd();
     };
 
-    IOutputReceiver& Receiver() const;
-    ToolOutputInfo& InsertOutput(const char* id, std::size_t index, std::unique_ptr<Ta::Properties::Structure> params);
+    IOutputReceiver& Receiver(const Ta::Place& place) const;
+    ToolOutputInfo& InsertOutput(const Ta::Place& place, const char* id, std::size_t index,
+                                 std::unique_ptr<Ta::Properties::Structure> params);
     bool AreAllRoutedInputsPending() const;
 
     Owner owner;

@@ -74,7 +74,7 @@ extern "C"
     MU_PLATFORM_EXPORT zArray1 TvProfileMsg_IntensityArray(TvProfileMsg msg, std::size_t index);
 
     /// Copies the content of `intensities`, which are allocated first if the profile has none. -999 if it is null, -984
-    /// if it is no `zArray1` of `z8u` or `z16u` or not of the type that the profile has, -997 if its length differs from
-    /// that of the profile, -998 if there is no memory.
+    /// if it is no `zArray1` of `z8u` or `z16u` or not of the type that the profile has, -997 if its length differs
+    /// from that of the profile, -998 if there is no memory.
     MU_PLATFORM_EXPORT zStatus TvProfileMsg_CopyIntensityArray(TvProfileMsg msg, zArray1 intensities);
 }
