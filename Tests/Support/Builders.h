@@ -5,11 +5,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <initializer_list>
 #include <vector>
 
-// Makes a message in one line: `Surface({{1, 2}, {3, NullPixel}}).Offset(0, 0, 5).Scale(0.1, 0.2, 0.001)`. Every builder
-// converts to a handle that shares its message. A failing status is raised.
+// Makes a message in one line: `Surface({{1, 2}, {3, NullPixel}}).Offset(0, 0, 5).Scale(0.1, 0.2, 0.001)`. Every
+// builder converts to a handle that shares its message. A failing status is raised.
 
 namespace Support
 {

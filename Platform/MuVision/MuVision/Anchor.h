@@ -5,7 +5,8 @@
 
 namespace Mu::Vision
 {
-/// By how much a region is moved, in mm, and turned, in degrees. A null value neither moves nor turns.
+/// By how much a region is moved, in mm, and turned, in degrees. A null value neither moves nor turns. The angles about
+/// x and z are right-handed; the one about y is measured from x towards z, the sense of a profile's plane.
 struct Anchor
 {
     double x = GetNull<double>();

@@ -13,7 +13,7 @@ constexpr T GetNull();
 template <>
 constexpr unsigned char GetNull<unsigned char>()
 {
-    return std::numeric_limits<unsigned char>::max();
+    return 0;
 }
 
 template <>
