@@ -3,13 +3,25 @@
 
 #include <atomic>
 #include <cstdio>
+#include <string>
 
 namespace
 {
 zStatus WriteToStandardError(const char* format, va_list arguments)
 {
-    const bool written = std::vfprintf(stderr, format, arguments) >= 0 && std::fputc('\n', stderr) != EOF;
-    return written ? zOK : zERROR_PRECONDITION;
+    // Text and line end are one piece, so that the lines of several threads do not mix.
+    va_list measured;
+    va_copy(measured, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, measured);
+    va_end(measured);
+    if (length < 0)
+    {
+        return zERROR_PRECONDITION;
+    }
+    std::string line(static_cast<std::size_t>(length), '\0');
+    std::vsnprintf(line.data(), line.size() + 1, format, arguments);
+    line += '\n';
+    return std::fwrite(line.data(), 1, line.size(), stderr) == line.size() ? zOK : zERROR_PRECONDITION;
 }
 
 constinit std::atomic<zLogfHandler> presentHandler{WriteToStandardError};

@@ -62,6 +62,7 @@ zDEFINE_OBJECT_TYPE(zString, zObject, &stringOps);
 
 zStatus zStrPrintf(char* out, std::size_t capacity, const char* format, ...)
 {
+    zFAULT_GATE();
     va_list arguments;
     va_start(arguments, format);
     const zStatus status = zStrPrintvf(out, capacity, format, arguments);

@@ -1,0 +1,13 @@
+#include "Table.h"
+
+namespace
+{
+constexpr TaPluginTool WithoutDestroy()
+{
+    TaPluginTool tool = CompleteTool("Half");
+    tool.destroy = nullptr;
+    return tool;
+}
+}
+
+TA_EXPORT_TOOLS(WithoutDestroy())

@@ -1,0 +1,3 @@
+#include "Table.h"
+
+TA_EXPORT_TOOLS(CompleteTool("First"), CompleteTool(nullptr))
