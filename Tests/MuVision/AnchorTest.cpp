@@ -1,9 +1,9 @@
 #include <MuVision/Anchor.h>
 
+#include "Turns.h"
+
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <numbers>
 #include <random>
 
 namespace
@@ -12,31 +12,10 @@ using Mu::Vision::Anchor;
 using Mu::Vision::CreateAnchorTransform;
 using Mu::Vision::RefFrame;
 using Mu::Vision::RotationOrder;
+using Turns::ExpectNear;
+using Turns::TurnedAbout;
 
 constexpr double NONE = -1.7976931348623157e308;
-
-zPoint3d64f TurnedAbout(char axis, double degrees, const zPoint3d64f& p)
-{
-    const double angle = degrees * (std::numbers::pi / 180.0);
-    const double c = std::cos(angle);
-    const double s = std::sin(angle);
-    switch (axis)
-    {
-    case 'x':
-        return {p.x, c * p.y - s * p.z, s * p.y + c * p.z};
-    case 'y':
-        return {c * p.x + s * p.z, p.y, c * p.z - s * p.x};
-    default:
-        return {c * p.x - s * p.y, s * p.x + c * p.y, p.z};
-    }
-}
-
-void ExpectNear(const zPoint3d64f& actual, const zPoint3d64f& expected)
-{
-    EXPECT_NEAR(actual.x, expected.x, 1e-9);
-    EXPECT_NEAR(actual.y, expected.y, 1e-9);
-    EXPECT_NEAR(actual.z, expected.z, 1e-9);
-}
 
 TEST(Anchor, starts_without_any_value)
 {
@@ -60,8 +39,9 @@ TEST(Anchor_transform, moves_by_the_values_that_are_there)
 
 TEST(Anchor_transform, turns_from_y_to_z_from_x_to_z_and_from_x_to_y)
 {
-    const auto turned = [](const Anchor& anchor, const zPoint3d64f& p)
-    { return CreateAnchorTransform(anchor, RotationOrder::XYZ).Apply(p); };
+    const auto turned = [](const Anchor& anchor, const zPoint3d64f& p) {
+        return CreateAnchorTransform(anchor, RotationOrder::XYZ).Apply(p);
+    };
     ExpectNear(turned({0, 0, 0, 90, 0, 0}, {0, 1, 0}), {0, 0, 1});
     ExpectNear(turned({0, 0, 0, 0, 90, 0}, {1, 0, 0}), {0, 0, 1});
     ExpectNear(turned({0, 0, 0, 0, 0, 90}, {1, 0, 0}), {0, 1, 0});
@@ -74,7 +54,8 @@ TEST(Anchor_transform, turns_about_x_then_y_then_z_about_the_origin_and_then_mov
     std::uniform_real_distribution<double> angle(-360, 360);
     for (int i = 0; i < 1000; ++i)
     {
-        const Anchor anchor{length(random), length(random), length(random), angle(random), angle(random), angle(random)};
+        const Anchor anchor{length(random), length(random), length(random),
+                            angle(random),  angle(random),  angle(random)};
         const zPoint3d64f point{length(random), length(random), length(random)};
         zPoint3d64f expected = TurnedAbout('x', anchor.xAngle, point);
         expected = TurnedAbout('y', -anchor.yAngle, expected);
@@ -82,5 +63,14 @@ TEST(Anchor_transform, turns_about_x_then_y_then_z_about_the_origin_and_then_mov
         expected = {expected.x + anchor.x, expected.y + anchor.y, expected.z + anchor.z};
         ExpectNear(CreateAnchorTransform(anchor, RotationOrder::XYZ).Apply(point), expected);
     }
+}
+
+TEST(Anchor_transform, turns_exactly_by_right_angles)
+{
+    const zPoint3d64f turned =
+        CreateAnchorTransform({0, 0, 0, 0, 0, 90}, RotationOrder::XYZ).Apply(zPoint3d64f{3, 4, 5});
+    EXPECT_EQ(turned.x, -4);
+    EXPECT_EQ(turned.y, 3);
+    EXPECT_EQ(turned.z, 5);
 }
 } // namespace

@@ -33,4 +33,11 @@ constexpr double GetNull<double>()
 {
     return zNULL_64F;
 }
+
+/// `value`, or 0 if it is null: what is not given neither moves nor turns.
+template <typename T>
+constexpr T NullAsZero(T value)
+{
+    return value == GetNull<T>() ? T{} : value;
+}
 } // namespace Mu::Vision

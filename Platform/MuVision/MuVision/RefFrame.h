@@ -9,7 +9,7 @@
 
 namespace Mu::Vision
 {
-/// A rigid transform of points, in mm.
+/// A rigid transform of points, in mm and degrees.
 class MU_PLATFORM_EXPORT RefFrame
 {
 public:
@@ -27,6 +27,23 @@ public:
 
     /// True if every entry is exactly that of the identity.
     [[nodiscard]] bool IsIdentity() const;
+
+    // Each rotation acts after what is in the frame already, and is right-handed: about z it goes from x towards y,
+    // about y from z towards x. A null angle turns nothing, multiples of 90 turn exactly.
+
+    /// Turns about an axis through the origin; its length does not count. An axis of length 0 turns nothing, one that
+    /// is not finite spoils the frame with NaN.
+    RefFrame& Rotate(double angle, const Point3d<double>& axis);
+
+    /// The same about an axis through `point`, which keeps its place. A point with a null coordinate turns nothing.
+    RefFrame& RotateAroundPoint(const Point3d<double>& point, double angle, const Point3d<double>& axis);
+
+    /// Turns about z by the region's `zAngle` around its centre; if `toAxes`, by minus that, which lays the region in
+    /// place along the axes. A region with a null x or y turns nothing.
+    RefFrame& Rotate(const Region3d<double>& region, bool toAxes);
+
+    /// Turns about x, then y, then z, each an axis through the origin that stays as it is.
+    RefFrame& RotateXYZ(double x, double y, double z);
 
     /// The transformed point: the products summed from left to right, the translation last.
     [[nodiscard]] zPoint3d64f Apply(zPoint3d64f point) const

@@ -1,23 +1,11 @@
 #pragma once
 
-#include <MuVision/Null.h>
+#include <MuVision/Points.h>
 
 // Regions by their centre and full extents, in mm and degrees. A default region is not valid: its centre is null.
 
 namespace Mu::Vision
 {
-template <typename T>
-struct Point3d
-{
-    T x, y, z;
-};
-
-template <typename T>
-struct PointXZ
-{
-    T x, z;
-};
-
 template <typename T>
 struct Region3d
 {
@@ -52,4 +40,17 @@ struct RegionXZ
     T height = 0; ///< full extent in z
     T angle = 0;
 };
+
+/// The lowest corner of `region` in the place of its centre; extents and angles stay, and so does a null coordinate.
+[[nodiscard]] inline Region3d<double> ConvertRegionToCornerStyle(const Region3d<double>& region)
+{
+    const auto corner = [](double centre, double extent) {
+        return centre == GetNull<double>() ? centre : centre - extent / 2.0;
+    };
+    Region3d<double> atCorner = region;
+    atCorner.x = corner(region.x, region.width);
+    atCorner.y = corner(region.y, region.length);
+    atCorner.z = corner(region.z, region.height);
+    return atCorner;
+}
 } // namespace Mu::Vision

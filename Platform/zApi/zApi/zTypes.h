@@ -89,11 +89,11 @@ struct zLine3d64f
     zPoint3d64f direction;
 };
 
-/// The plane `normal . p = distance`.
+/// The plane through `point` that `normal` is perpendicular to.
 struct zPlane3d64f
 {
+    zPoint3d64f point;
     zPoint3d64f normal;
-    z64f distance;
 };
 
 struct zRgb
