@@ -74,9 +74,9 @@ std::size_t WalkFaults(zStatus status, const Run& run, const Check& check)
 template <typename Run>
 std::size_t WalkFaults(zStatus status, const Run& run)
 {
-    return WalkFaults(status, run,
-                      [status](const std::string& operation, zStatus result)
-                      { EXPECT_TRUE(result == status || (result == zOK && IsRelease(operation))) << result; });
+    return WalkFaults(status, run, [status](const std::string& operation, zStatus result) {
+        EXPECT_TRUE(result == status || (result == zOK && IsRelease(operation))) << result;
+    });
 }
 
 /// Lets the n-th request of `run(alloc)` fail; `check(result)` then sees what `run` returned. After every step nothing

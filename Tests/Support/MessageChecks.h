@@ -57,8 +57,7 @@ inline Ta::Object<void*> CloneOf(void* msg)
 template <typename Make>
 std::size_t ExpectCleanFailures(const Make& make)
 {
-    const auto makeAndClone = [&make](zAlloc alloc)
-    {
+    const auto makeAndClone = [&make](zAlloc alloc) {
         zObject msg = nullptr;
         zObject clone = nullptr;
         zStatus status = make(&msg, alloc);
@@ -68,13 +67,11 @@ std::size_t ExpectCleanFailures(const Make& make)
         return status;
     };
     const CountingAlloc alloc;
-    const std::size_t calls = WalkFaults(-77,
-                                         [&]
-                                         {
-                                             const zStatus status = makeAndClone(alloc.Get());
-                                             EXPECT_EQ(alloc.LiveBlocks(), 0U);
-                                             return status;
-                                         });
+    const std::size_t calls = WalkFaults(-77, [&] {
+        const zStatus status = makeAndClone(alloc.Get());
+        EXPECT_EQ(alloc.LiveBlocks(), 0U);
+        return status;
+    });
     EXPECT_GT(calls, 0U);
     return WalkAllocations(makeAndClone);
 }

@@ -51,15 +51,13 @@ TEST(Event, Listener_added_during_a_raise_waits_for_the_next_one)
     Ta::Event<> event;
     int late = 0;
     bool added = false;
-    event.Add(
-        [&]
+    event.Add([&] {
+        if (!added)
         {
-            if (!added)
-            {
-                added = true;
-                event.Add([&late] { ++late; });
-            }
-        });
+            added = true;
+            event.Add([&late] { ++late; });
+        }
+    });
     event.Raise();
     EXPECT_EQ(late, 0);
     event.Raise();
@@ -72,12 +70,10 @@ TEST(Event, Listener_that_removes_itself_during_a_raise_lets_the_others_be_calle
     int own = 0;
     int other = 0;
     std::size_t number = 0;
-    number = event.Add(
-        [&]
-        {
-            ++own;
-            event.Remove(number);
-        });
+    number = event.Add([&] {
+        ++own;
+        event.Remove(number);
+    });
     event.Add([&other] { ++other; });
     event.Raise();
     event.Raise();

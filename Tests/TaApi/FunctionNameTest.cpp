@@ -74,7 +74,10 @@ std::string Template(T /*value*/)
 template <typename T>
 std::string TemplateWithLambda(T value)
 {
-    return [&value] { static_cast<void>(value); return NAME_HERE; }();
+    return [&value] {
+        static_cast<void>(value);
+        return NAME_HERE;
+    }();
 }
 
 class Box

@@ -147,9 +147,9 @@ void ExpectSameBits(double number)
 TEST(JsonSerializer, Numbers_come_back_bit_by_bit)
 {
     using Limits = std::numeric_limits<double>;
-    for (const double number : {0.0, -0.0, 0.1, 1.0 / 3.0, 1e308, Limits::max(), Limits::lowest(), Limits::min(),
-                                Limits::denorm_min(), Limits::epsilon(), 9007199254740993.0, 1e22,
-                                123456789012345680.0})
+    for (const double number :
+         {0.0, -0.0, 0.1, 1.0 / 3.0, 1e308, Limits::max(), Limits::lowest(), Limits::min(), Limits::denorm_min(),
+          Limits::epsilon(), 9007199254740993.0, 1e22, 123456789012345680.0})
     {
         ExpectSameBits(number);
         ExpectSameBits(-number);
@@ -191,10 +191,12 @@ TEST(JsonSerializer, Numbers_that_are_not_finite_travel_as_texts)
 
 TEST(JsonSerializer, Text_that_is_no_UTF_8_can_still_be_dumped)
 {
-    Value<std::string> value(std::string("a\xff" "b"));
+    Value<std::string> value(std::string("a\xff"
+                                         "b"));
     const json written = JsonSerializer::Serialize(value);
     EXPECT_NO_THROW(static_cast<void>(written.dump()));
-    EXPECT_EQ(written.get<std::string>(), "a\xef\xbf\xbd" "b");
+    EXPECT_EQ(written.get<std::string>(), "a\xef\xbf\xbd"
+                                          "b");
 }
 
 TEST_F(JsonSerializerTree, Wrong_types_are_refused_with_path_value_and_remedy)

@@ -138,14 +138,12 @@ TEST(Logging, Threads_may_log_while_the_handler_is_set)
         std::vector<std::jthread> threads;
         for (int i = 0; i < 4; ++i)
         {
-            threads.emplace_back(
-                []
+            threads.emplace_back([] {
+                for (int line = 0; line < 100; ++line)
                 {
-                    for (int line = 0; line < 100; ++line)
-                    {
-                        Ta_Debug_Log(line, "Unit", LEVEL_INFORMATION, "Source", "%d", line);
-                    }
-                });
+                    Ta_Debug_Log(line, "Unit", LEVEL_INFORMATION, "Source", "%d", line);
+                }
+            });
         }
         SetLogHandler({CountUp, &count});
     }

@@ -46,8 +46,8 @@ const LimitCase LIMITS[] = {
      "Width was set to be less than its minimum."},
     {"maximum", &Number::GetMaximum, &Number::SetMaximum, &Number::EnableMaximum, 11, 10, true,
      "Width was set to be greater than its maximum."},
-    {"exclusiveMinimum", &Number::GetExclusiveMinimum, &Number::SetExclusiveMinimum, &Number::EnableExclusiveMinimum,
-     9, 10, false, "Width was set to be less than or equal to its exclusive minimum."},
+    {"exclusiveMinimum", &Number::GetExclusiveMinimum, &Number::SetExclusiveMinimum, &Number::EnableExclusiveMinimum, 9,
+     10, false, "Width was set to be less than or equal to its exclusive minimum."},
     {"exclusiveMaximum", &Number::GetExclusiveMaximum, &Number::SetExclusiveMaximum, &Number::EnableExclusiveMaximum,
      11, 10, false, "Width was set to be greater than or equal to its exclusive maximum."},
 };

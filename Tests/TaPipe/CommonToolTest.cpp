@@ -292,8 +292,9 @@ TEST_F(Tool_base, counts_executions_and_messages)
     tool.execute = [&] { tool.Send(output, Measure(1), 1); };
     tool.ProcessInputSet(nullptr, 0);
     tool.ProcessInputSet(nullptr, 0);
-    const auto figure = [](Ta::Properties::Structure& metrics, const char* key)
-    { return dynamic_cast<Ta::Params::Value<std::size_t>&>(*metrics.Find(key)).Get(); };
+    const auto figure = [](Ta::Properties::Structure& metrics, const char* key) {
+        return dynamic_cast<Ta::Params::Value<std::size_t>&>(*metrics.Find(key)).Get();
+    };
     EXPECT_EQ(figure(tool.MetricsKeeper()->UpdateMetrics(), "executions"), 2U);
     EXPECT_EQ(figure(tool.MetricsKeeper()->UpdateMetrics(), "messages"), 2U);
     tool.MetricsKeeper()->ResetMetrics();

@@ -16,11 +16,17 @@ struct TypeCase
 TEST(PipeDataType, has_its_number_and_a_name)
 {
     using enum PipeDataType;
-    for (const TypeCase& c :
-         {TypeCase{UniformProfile, 12, "uniform profile"}, {PointProfile, 13, "point profile"},
-          {UniformSurface, 14, "uniform surface"}, {PointSurface, 15, "point surface"}, {Image, 16, "image"},
-          {Measurement, 19, "measurement"}, {Rendering, 70, "rendering"}, {PointFeature, 71, "point feature"},
-          {LineFeature, 72, "line feature"}, {PlaneFeature, 73, "plane feature"}, {CircleFeature, 74, "circle feature"}})
+    for (const TypeCase& c : {TypeCase{UniformProfile, 12, "uniform profile"},
+                              {PointProfile, 13, "point profile"},
+                              {UniformSurface, 14, "uniform surface"},
+                              {PointSurface, 15, "point surface"},
+                              {Image, 16, "image"},
+                              {Measurement, 19, "measurement"},
+                              {Rendering, 70, "rendering"},
+                              {PointFeature, 71, "point feature"},
+                              {LineFeature, 72, "line feature"},
+                              {PlaneFeature, 73, "plane feature"},
+                              {CircleFeature, 74, "circle feature"}})
     {
         EXPECT_EQ(static_cast<int>(c.type), c.number);
         EXPECT_STREQ(TaPipe::PipeDataTypeName(c.type), c.name);

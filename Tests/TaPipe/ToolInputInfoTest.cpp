@@ -52,9 +52,8 @@ TEST(ToolInputInfo, is_described_in_one_chain)
     EXPECT_EQ(&same, &input);
     EXPECT_STREQ(input.DisplayName(), "The Data");
     EXPECT_TRUE(input.IsOptional());
-    EXPECT_EQ(input.AcceptedDataFormats(),
-              (std::vector<TaPipe::PipeDataFormat>{{PipeDataType::UniformSurface, false},
-                                                   {PipeDataType::Measurement, true}}));
+    EXPECT_EQ(input.AcceptedDataFormats(), (std::vector<TaPipe::PipeDataFormat>{{PipeDataType::UniformSurface, false},
+                                                                                {PipeDataType::Measurement, true}}));
 }
 
 TEST(ToolInputInfo, tells_its_owner_of_every_route)
@@ -65,9 +64,8 @@ TEST(ToolInputInfo, tells_its_owner_of_every_route)
     input.Route({8, "scan"});
     input.Route({0, "other"});
     input.Route({0, ""});
-    EXPECT_EQ(owner.routes, (std::vector<Route>{{true, 7, "scan", true},
-                                                {true, 8, "scan", false},
-                                                {true, 0, "other", true},
-                                                {false, 0, "", true}}));
+    EXPECT_EQ(owner.routes,
+              (std::vector<Route>{
+                  {true, 7, "scan", true}, {true, 8, "scan", false}, {true, 0, "other", true}, {false, 0, "", true}}));
 }
 } // namespace

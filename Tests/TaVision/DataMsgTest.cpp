@@ -124,11 +124,12 @@ TEST_P(Every_message, Clone_is_independent)
 TEST_P(Every_message, Failing_setters_change_nothing)
 {
     void* const raw = msg.Get();
-    zStatus (*const setters[])(void*) = {
-        [](void* m) { return TvDataMsg_SetBoundingBox(m, &BOX); }, [](void* m) { return TvDataMsg_SetTime(m, 1); },
-        [](void* m) { return TvDataMsg_SetEncoder(m, 1); }, [](void* m) { return TvDataMsg_SetStamp(m, &STAMP); },
-        [](void* m) { return TvDataMsg_SetTransform(m, &TRANSFORM); },
-        [](void* m) { return TvDataMsg_SetSpaceType(m, 1); }};
+    zStatus (*const setters[])(void*) = {[](void* m) { return TvDataMsg_SetBoundingBox(m, &BOX); },
+                                         [](void* m) { return TvDataMsg_SetTime(m, 1); },
+                                         [](void* m) { return TvDataMsg_SetEncoder(m, 1); },
+                                         [](void* m) { return TvDataMsg_SetStamp(m, &STAMP); },
+                                         [](void* m) { return TvDataMsg_SetTransform(m, &TRANSFORM); },
+                                         [](void* m) { return TvDataMsg_SetSpaceType(m, 1); }};
     for (const auto& set : setters)
     {
         const ArmedFault fault(1, -66);
@@ -147,17 +148,15 @@ TEST_P(Every_message, Threads_share_and_release_it)
     for (int t = 0; t < 4; ++t)
     {
         ASSERT_EQ(xzObject_ShareImpl(raw), zOK);
-        threads.emplace_back(
-            [raw]
+        threads.emplace_back([raw] {
+            for (int i = 0; i < 500; ++i)
             {
-                for (int i = 0; i < 500; ++i)
-                {
-                    static_cast<void>(xzObject_ShareImpl(raw));
-                    static_cast<void>(TvDataMsg_Stamp(raw));
-                    static_cast<void>(xzObject_DestroyImpl(raw));
-                }
+                static_cast<void>(xzObject_ShareImpl(raw));
+                static_cast<void>(TvDataMsg_Stamp(raw));
                 static_cast<void>(xzObject_DestroyImpl(raw));
-            });
+            }
+            static_cast<void>(xzObject_DestroyImpl(raw));
+        });
     }
     EXPECT_EQ(xzObject_DestroyImpl(raw), zOK);
     for (std::thread& thread : threads)
@@ -168,12 +167,23 @@ TEST_P(Every_message, Threads_share_and_release_it)
 
 INSTANTIATE_TEST_SUITE_P(
     , Every_message,
-    testing::Values(
-        Family{"surface", [] { return Ta::Object<void*>(Surface({{1, 2}, {3, 4}})); }, zTypeOf(TvSurfaceMsg), true},
-        Family{"profile", [] { return Ta::Object<void*>(Profile({1, 2})); }, zTypeOf(TvProfileMsg), true},
-        Family{"measure", [] { return Ta::Object<void*>(Measure(1.5)); }, zTypeOf(TvMeasureMsg), false},
-        Family{"null", [] { return Ta::Object<void*>(NullMessage()); }, zTypeOf(TvNullMsg), false},
-        Family{"generic", [] { return Ta::Object<void*>(Generic(1, {1, 2})); }, zTypeOf(TvGenericMsg), false}),
+    testing::Values(Family{"surface",
+                           [] {
+                               return Ta::Object<void*>(Surface({{1, 2}, {3, 4}}));
+                           },
+                           zTypeOf(TvSurfaceMsg), true},
+                    Family{"profile",
+                           [] {
+                               return Ta::Object<void*>(Profile({1, 2}));
+                           },
+                           zTypeOf(TvProfileMsg), true},
+                    Family{"measure", [] { return Ta::Object<void*>(Measure(1.5)); }, zTypeOf(TvMeasureMsg), false},
+                    Family{"null", [] { return Ta::Object<void*>(NullMessage()); }, zTypeOf(TvNullMsg), false},
+                    Family{"generic",
+                           [] {
+                               return Ta::Object<void*>(Generic(1, {1, 2}));
+                           },
+                           zTypeOf(TvGenericMsg), false}),
     CaseName());
 
 TEST(DataMsg, Handles_of_other_types_are_refused_and_have_defaults)

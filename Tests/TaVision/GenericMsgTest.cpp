@@ -81,11 +81,9 @@ TEST(GenericMsg, Clone_is_independent)
 
 TEST(GenericMsg, Failures_leave_nothing_behind)
 {
-    EXPECT_EQ(ExpectCleanFailures(
-                  [](zObject* msg, zAlloc alloc)
-                  {
-                      zTRY(TvGenericMsg_Construct(msg, 0, 3, alloc));
-                      return TvGenericMsg_SetBuffer(*msg, "ab");
-                  }),
+    EXPECT_EQ(ExpectCleanFailures([](zObject* msg, zAlloc alloc) {
+                  zTRY(TvGenericMsg_Construct(msg, 0, 3, alloc));
+                  return TvGenericMsg_SetBuffer(*msg, "ab");
+              }),
               4U);
 }

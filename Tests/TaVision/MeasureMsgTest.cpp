@@ -128,15 +128,13 @@ TEST(MeasureMsg, Clone_is_independent)
 
 TEST(MeasureMsg, Failures_leave_nothing_behind)
 {
-    EXPECT_EQ(ExpectCleanFailures(
-                  [](zObject* msg, zAlloc alloc)
-                  {
-                      const zStamp stamp{};
-                      zTRY(TvMeasureMsg_Construct(msg, 2, 0, alloc));
-                      zTRY(TvMeasureMsg_SetValue(*msg, 1));
-                      zTRY(TvMeasureMsg_SetStatus(*msg, true));
-                      zTRY(TvMeasureMsg_SetLabelPosition(*msg, 1, 2, 3));
-                      return TvMeasureMsg_SetStampAt(*msg, 1, &stamp);
-                  }),
+    EXPECT_EQ(ExpectCleanFailures([](zObject* msg, zAlloc alloc) {
+                  const zStamp stamp{};
+                  zTRY(TvMeasureMsg_Construct(msg, 2, 0, alloc));
+                  zTRY(TvMeasureMsg_SetValue(*msg, 1));
+                  zTRY(TvMeasureMsg_SetStatus(*msg, true));
+                  zTRY(TvMeasureMsg_SetLabelPosition(*msg, 1, 2, 3));
+                  return TvMeasureMsg_SetStampAt(*msg, 1, &stamp);
+              }),
               4U);
 }

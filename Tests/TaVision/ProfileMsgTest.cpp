@@ -192,12 +192,10 @@ TEST(ProfileMsg, Failures_leave_nothing_behind)
 {
     const auto points = Array(zTypeOf(zPoint16s), 3);
     const auto grey = Array(zTypeOf(z8u), 3);
-    EXPECT_EQ(ExpectCleanFailures(
-                  [&](zObject* msg, zAlloc alloc)
-                  {
-                      zTRY(TvProfileMsg_Construct(msg, zTypeOf(zPoint16s), 1, 3, alloc));
-                      zTRY(TvProfileMsg_CopyPointsArray(*msg, points.Get()));
-                      return TvProfileMsg_CopyIntensityArray(*msg, grey.Get());
-                  }),
+    EXPECT_EQ(ExpectCleanFailures([&](zObject* msg, zAlloc alloc) {
+                  zTRY(TvProfileMsg_Construct(msg, zTypeOf(zPoint16s), 1, 3, alloc));
+                  zTRY(TvProfileMsg_CopyPointsArray(*msg, points.Get()));
+                  return TvProfileMsg_CopyIntensityArray(*msg, grey.Get());
+              }),
               10U);
 }

@@ -125,9 +125,12 @@ TEST_P(Surface_message, Absurd_sizes_are_refused)
 {
     const CountingAlloc alloc;
     TvSurfaceMsg msg = nullptr;
-    for (const auto& [width, length] :
-         {std::pair<std::size_t, std::size_t>{HUGE_COUNT, HUGE_COUNT}, {HUGE_COUNT, 0}, {0, HUGE_COUNT},
-          {std::size_t{1} << 32U, std::size_t{1} << 32U}, {TvMSG_MAX_ITEMS, 2}, {1, TvMSG_MAX_ITEMS + 1}})
+    for (const auto& [width, length] : {std::pair<std::size_t, std::size_t>{HUGE_COUNT, HUGE_COUNT},
+                                        {HUGE_COUNT, 0},
+                                        {0, HUGE_COUNT},
+                                        {std::size_t{1} << 32U, std::size_t{1} << 32U},
+                                        {TvMSG_MAX_ITEMS, 2},
+                                        {1, TvMSG_MAX_ITEMS + 1}})
     {
         EXPECT_EQ(GetParam().construct(&msg, width, length, alloc.Get()), zERROR_PARAMETER) << width << " x " << length;
     }
@@ -163,21 +166,19 @@ TEST_P(Surface_message, Failures_leave_nothing_behind)
     const auto grey = Array(zTypeOf(z8u), 2, 3);
     const auto construct = GetParam().construct;
     // The message and two arrays of two blocks each, and as many in the clone.
-    EXPECT_EQ(ExpectCleanFailures(
-                  [&, construct](zObject* msg, zAlloc alloc)
-                  {
-                      zTRY(construct(msg, 3, 2, alloc));
-                      zTRY(TvSurfaceMsg_CopyPointsArray(*msg, points.Get()));
-                      return TvSurfaceMsg_CopyIntensityArray(*msg, grey.Get());
-                  }),
+    EXPECT_EQ(ExpectCleanFailures([&, construct](zObject* msg, zAlloc alloc) {
+                  zTRY(construct(msg, 3, 2, alloc));
+                  zTRY(TvSurfaceMsg_CopyPointsArray(*msg, points.Get()));
+                  return TvSurfaceMsg_CopyIntensityArray(*msg, grey.Get());
+              }),
               10U);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , Surface_message,
-    testing::Values(Kind{"resampled", TvSurfaceMsg_ConstructSimple, zTypeOf(z16s), true},
-                    Kind{"unresampled", TvSurfaceMsg_ConstructUnresampledSimple, zTypeOf(zPoint3d16s), false}),
-    CaseName());
+INSTANTIATE_TEST_SUITE_P(, Surface_message,
+                         testing::Values(Kind{"resampled", TvSurfaceMsg_ConstructSimple, zTypeOf(z16s), true},
+                                         Kind{"unresampled", TvSurfaceMsg_ConstructUnresampledSimple,
+                                              zTypeOf(zPoint3d16s), false}),
+                         CaseName());
 
 TEST(SurfaceMsg, Pixel_stands_at_its_row_and_column)
 {

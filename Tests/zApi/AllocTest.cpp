@@ -65,8 +65,8 @@ std::uintptr_t Misalignment(const void* memory, std::size_t alignment)
 
 TEST_F(Default_allocator, Blocks_are_aligned_and_writable_over_their_whole_size)
 {
-    for (const std::size_t size : {std::size_t{1}, std::size_t{15}, std::size_t{4096}, KEPT_BLOCK - 1, KEPT_BLOCK,
-                                   KEPT_BLOCK + 1})
+    for (const std::size_t size :
+         {std::size_t{1}, std::size_t{15}, std::size_t{4096}, KEPT_BLOCK - 1, KEPT_BLOCK, KEPT_BLOCK + 1})
     {
         void* const block = Get(size);
         EXPECT_EQ(Misalignment(block, alignof(std::max_align_t)), 0U) << size;
@@ -93,8 +93,8 @@ TEST_F(Default_allocator, Place_for_the_block_is_required)
 
 TEST_F(Default_allocator, Sizes_beyond_the_address_space_have_no_memory)
 {
-    for (const std::size_t size : {std::numeric_limits<std::size_t>::max(),
-                                   std::numeric_limits<std::size_t>::max() / 2 + 1})
+    for (const std::size_t size :
+         {std::numeric_limits<std::size_t>::max(), std::numeric_limits<std::size_t>::max() / 2 + 1})
     {
         void* memory = nullptr;
         EXPECT_EQ(zAlloc_Get(nullptr, size, &memory), zERROR_MEMORY);
@@ -198,24 +198,22 @@ TEST_F(Default_allocator, Threads_get_blocks_that_nobody_else_writes)
     std::vector<int> torn(4, 0);
     for (std::size_t t = 0; t < torn.size(); ++t)
     {
-        threads.emplace_back(
-            [t, &torn]
+        threads.emplace_back([t, &torn] {
+            for (std::size_t i = 0; i < 200; ++i)
             {
-                for (std::size_t i = 0; i < 200; ++i)
+                void* memory = nullptr;
+                const std::size_t size = KEPT_BLOCK + i * 512;
+                if (zAlloc_Get(nullptr, size, &memory) != zOK)
                 {
-                    void* memory = nullptr;
-                    const std::size_t size = KEPT_BLOCK + i * 512;
-                    if (zAlloc_Get(nullptr, size, &memory) != zOK)
-                    {
-                        ++torn[t];
-                        return;
-                    }
-                    auto* const bytes = static_cast<unsigned char*>(memory);
-                    std::memset(bytes, static_cast<int>(t), size);
-                    torn[t] += bytes[0] == t && bytes[size - 1] == t ? 0 : 1;
-                    static_cast<void>(zAlloc_Free(nullptr, memory));
+                    ++torn[t];
+                    return;
                 }
-            });
+                auto* const bytes = static_cast<unsigned char*>(memory);
+                std::memset(bytes, static_cast<int>(t), size);
+                torn[t] += bytes[0] == t && bytes[size - 1] == t ? 0 : 1;
+                static_cast<void>(zAlloc_Free(nullptr, memory));
+            }
+        });
     }
     for (std::thread& thread : threads)
     {
@@ -298,16 +296,14 @@ TEST(Counting_allocator, Counts_are_right_when_threads_share_it)
     std::vector<std::thread> threads;
     for (int t = 0; t < 4; ++t)
     {
-        threads.emplace_back(
-            [&alloc]
+        threads.emplace_back([&alloc] {
+            for (int i = 0; i < 500; ++i)
             {
-                for (int i = 0; i < 500; ++i)
-                {
-                    void* memory = nullptr;
-                    static_cast<void>(zAlloc_Get(alloc.Get(), 24, &memory));
-                    static_cast<void>(zAlloc_Free(alloc.Get(), memory));
-                }
-            });
+                void* memory = nullptr;
+                static_cast<void>(zAlloc_Get(alloc.Get(), 24, &memory));
+                static_cast<void>(zAlloc_Free(alloc.Get(), memory));
+            }
+        });
     }
     for (std::thread& thread : threads)
     {
@@ -321,14 +317,12 @@ TEST(Counting_allocator, Counts_are_right_when_threads_share_it)
 TEST(Counting_allocator, Failing_calls_come_through_and_a_failing_free_frees)
 {
     const CountingAlloc alloc;
-    const std::size_t calls = WalkFaults(-55,
-                                         [&alloc]
-                                         {
-                                             void* memory = nullptr;
-                                             const zStatus got = zAlloc_Get(alloc.Get(), 8, &memory);
-                                             const zStatus freed = zAlloc_Free(alloc.Get(), memory);
-                                             return got == zOK ? freed : got;
-                                         });
+    const std::size_t calls = WalkFaults(-55, [&alloc] {
+        void* memory = nullptr;
+        const zStatus got = zAlloc_Get(alloc.Get(), 8, &memory);
+        const zStatus freed = zAlloc_Free(alloc.Get(), memory);
+        return got == zOK ? freed : got;
+    });
     EXPECT_EQ(calls, 2U);
     EXPECT_EQ(alloc.LiveBlocks(), 0U);
 }

@@ -245,12 +245,10 @@ TEST(Array2, Failing_requests_leave_nothing_behind)
 TEST(Array2, Failing_calls_come_through_and_leave_nothing_behind)
 {
     const CountingAlloc alloc;
-    const std::size_t calls = WalkFaults(-77,
-                                         [&alloc]
-                                         {
-                                             const zStatus status = BuildAndCloneTexts(alloc.Get());
-                                             EXPECT_EQ(alloc.LiveBlocks(), 0U);
-                                             return status;
-                                         });
+    const std::size_t calls = WalkFaults(-77, [&alloc] {
+        const zStatus status = BuildAndCloneTexts(alloc.Get());
+        EXPECT_EQ(alloc.LiveBlocks(), 0U);
+        return status;
+    });
     EXPECT_GE(calls, 10U);
 }

@@ -8,8 +8,8 @@
 
 TEST(Bytes_type, Is_the_same_for_the_same_size)
 {
-    for (const std::size_t size : {std::size_t{1}, std::size_t{8}, std::size_t{256}, std::size_t{257},
-                                   std::size_t{100'000}})
+    for (const std::size_t size :
+         {std::size_t{1}, std::size_t{8}, std::size_t{256}, std::size_t{257}, std::size_t{100'000}})
     {
         EXPECT_EQ(zBytes_GetType(size), zBytes_GetType(size)) << size;
         EXPECT_EQ(zBytes_GetType(size)->size, size);
@@ -52,14 +52,12 @@ TEST(Bytes_type, Is_the_same_for_threads_that_ask_at_once)
     std::vector<std::thread> threads;
     for (std::vector<zType>& types : seen)
     {
-        threads.emplace_back(
-            [&types]
+        threads.emplace_back([&types] {
+            for (std::size_t i = 0; i < SIZES; ++i)
             {
-                for (std::size_t i = 0; i < SIZES; ++i)
-                {
-                    types[i] = zBytes_GetType(FIRST_SIZE + i);
-                }
-            });
+                types[i] = zBytes_GetType(FIRST_SIZE + i);
+            }
+        });
     }
     for (std::thread& thread : threads)
     {

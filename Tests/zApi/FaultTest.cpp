@@ -83,14 +83,12 @@ TEST(Fault, Fails_one_call_in_all_threads_together)
     std::vector<std::thread> threads;
     for (int& count : failures)
     {
-        threads.emplace_back(
-            [&count]
+        threads.emplace_back([&count] {
+            for (int i = 0; i < 1000; ++i)
             {
-                for (int i = 0; i < 1000; ++i)
-                {
-                    count += CopyByte() == zOK ? 0 : 1;
-                }
-            });
+                count += CopyByte() == zOK ? 0 : 1;
+            }
+        });
     }
     for (std::thread& thread : threads)
     {
@@ -102,12 +100,10 @@ TEST(Fault, Fails_one_call_in_all_threads_together)
 TEST(Fault_walk, Visits_every_call_once)
 {
     std::vector<std::string> failed;
-    const std::size_t calls = WalkFaults(-4, ThreeCopies,
-                                         [&failed](const std::string& operation, zStatus status)
-                                         {
-                                             failed.push_back(operation);
-                                             EXPECT_EQ(status, -4);
-                                         });
+    const std::size_t calls = WalkFaults(-4, ThreeCopies, [&failed](const std::string& operation, zStatus status) {
+        failed.push_back(operation);
+        EXPECT_EQ(status, -4);
+    });
     EXPECT_EQ(calls, 3U);
     EXPECT_EQ(failed, std::vector<std::string>(3, "zMemCopy"));
     EXPECT_EQ(zFault_Armed.load(), 0);

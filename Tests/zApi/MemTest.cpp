@@ -57,12 +57,12 @@ TEST(Mem, Null_pointers_are_refused)
 TEST(Mem, Failing_calls_change_nothing)
 {
     std::string to = "ab";
-    EXPECT_EQ(WalkFaults(-6, [&to] { return zMemCopy(to.data(), "xy", 2); },
-                         [&to](const std::string&, zStatus status)
-                         {
-                             EXPECT_EQ(status, -6);
-                             EXPECT_EQ(to, "ab");
-                         }),
+    EXPECT_EQ(WalkFaults(
+                  -6, [&to] { return zMemCopy(to.data(), "xy", 2); },
+                  [&to](const std::string&, zStatus status) {
+                      EXPECT_EQ(status, -6);
+                      EXPECT_EQ(to, "ab");
+                  }),
               1U);
     EXPECT_EQ(to, "xy");
     EXPECT_EQ(WalkFaults(-6, [&to] { return zMemReverse(to.data(), 2); }), 1U);

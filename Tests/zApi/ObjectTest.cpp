@@ -136,14 +136,12 @@ TEST(Object, Failing_share_and_clone_leave_the_object_as_it_was)
         EXPECT_EQ(xzObject_ShareImpl(text), -8);
     }
     EXPECT_EQ(xzObject_ReferenceCount(text), 1);
-    WalkAllocations(
-        [text](zAlloc target)
-        {
-            zObject clone = nullptr;
-            const zStatus status = xzObject_CloneImpl(&clone, text, target);
-            static_cast<void>(xzObject_DestroyImpl(clone));
-            return status;
-        });
+    WalkAllocations([text](zAlloc target) {
+        zObject clone = nullptr;
+        const zStatus status = xzObject_CloneImpl(&clone, text, target);
+        static_cast<void>(xzObject_DestroyImpl(clone));
+        return status;
+    });
     EXPECT_EQ(xzObject_ReferenceCount(text), 1);
     EXPECT_EQ(xzObject_DestroyImpl(text), zOK);
 }
@@ -156,16 +154,14 @@ TEST(Object, Threads_share_and_release_one_object)
     for (int t = 0; t < 4; ++t)
     {
         ASSERT_EQ(xzObject_ShareImpl(text), zOK);
-        threads.emplace_back(
-            [text]
+        threads.emplace_back([text] {
+            for (int i = 0; i < 2000; ++i)
             {
-                for (int i = 0; i < 2000; ++i)
-                {
-                    static_cast<void>(xzObject_ShareImpl(text));
-                    static_cast<void>(xzObject_DestroyImpl(text));
-                }
+                static_cast<void>(xzObject_ShareImpl(text));
                 static_cast<void>(xzObject_DestroyImpl(text));
-            });
+            }
+            static_cast<void>(xzObject_DestroyImpl(text));
+        });
     }
     // The owner leaves first: whoever comes last ends the object.
     ASSERT_EQ(xzObject_DestroyImpl(text), zOK);
@@ -183,18 +179,14 @@ TEST(Object, Content_written_by_one_thread_is_gone_safely_in_another)
         zArray1 array = nullptr;
         ASSERT_EQ(zArray1_Construct(&array, zTypeOf(z32s), 16, nullptr), zOK);
         ASSERT_EQ(xzObject_ShareImpl(array), zOK);
-        std::thread writer(
-            [array]
-            {
-                *static_cast<z32s*>(zArray1_At(array, 0)) = 1;
-                static_cast<void>(xzObject_DestroyImpl(array));
-            });
-        std::thread other(
-            [array]
-            {
-                *static_cast<z32s*>(zArray1_At(array, 1)) = 2;
-                static_cast<void>(xzObject_DestroyImpl(array));
-            });
+        std::thread writer([array] {
+            *static_cast<z32s*>(zArray1_At(array, 0)) = 1;
+            static_cast<void>(xzObject_DestroyImpl(array));
+        });
+        std::thread other([array] {
+            *static_cast<z32s*>(zArray1_At(array, 1)) = 2;
+            static_cast<void>(xzObject_DestroyImpl(array));
+        });
         writer.join();
         other.join();
     }

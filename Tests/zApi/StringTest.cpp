@@ -112,9 +112,9 @@ TEST(Text, Compare_orders_and_equals_agrees)
         const char* second;
         z32s order;
     };
-    for (const Case& c : {Case{"a", "a", 0}, Case{"a", "b", -1}, Case{"b", "a", 1}, Case{"a", "ab", -1},
-                          Case{"\xE4", "z", 1}, Case{"", "", 0}, Case{nullptr, "", -1}, Case{"", nullptr, 1},
-                          Case{nullptr, nullptr, 0}})
+    for (const Case& c :
+         {Case{"a", "a", 0}, Case{"a", "b", -1}, Case{"b", "a", 1}, Case{"a", "ab", -1}, Case{"\xE4", "z", 1},
+          Case{"", "", 0}, Case{nullptr, "", -1}, Case{"", nullptr, 1}, Case{nullptr, nullptr, 0}})
     {
         EXPECT_EQ(zStrCompare(c.first, c.second), c.order);
         EXPECT_EQ(zStrEquals(c.first, c.second) != 0, c.order == 0);
@@ -134,16 +134,17 @@ TEST(Text, FindFirst_gives_the_first_place)
 TEST(Text, Failing_calls_change_nothing)
 {
     Buffer text = {'a'};
-    EXPECT_EQ(WalkFaults(-6, [&text] { return zStrCopy(text.data(), text.size(), "b"); },
-                         [&text](const std::string&, zStatus status)
-                         {
-                             EXPECT_EQ(status, -6);
-                             EXPECT_STREQ(text.data(), "a");
-                         }),
+    EXPECT_EQ(WalkFaults(
+                  -6, [&text] { return zStrCopy(text.data(), text.size(), "b"); },
+                  [&text](const std::string&, zStatus status) {
+                      EXPECT_EQ(status, -6);
+                      EXPECT_STREQ(text.data(), "a");
+                  }),
               1U);
     EXPECT_EQ(WalkFaults(-6, [&text] { return zStrCat(text.data(), text.size(), "c"); }), 1U);
     EXPECT_STREQ(text.data(), "bc");
-    EXPECT_EQ(WalkFaults(-6, [&text] { return zStrPrintf(text.data(), text.size(), "%d", 7); }), 2U) << "its own gate, and that of zStrPrintvf";
+    EXPECT_EQ(WalkFaults(-6, [&text] { return zStrPrintf(text.data(), text.size(), "%d", 7); }), 2U)
+        << "its own gate, and that of zStrPrintvf";
     EXPECT_STREQ(text.data(), "7");
 }
 
@@ -189,8 +190,7 @@ TEST(String, Failing_calls_come_through_and_leave_nothing_behind)
 {
     const CountingAlloc alloc;
     EXPECT_GE(WalkFaults(-77,
-                         [&alloc]
-                         {
+                         [&alloc] {
                              const zStatus status = BuildAndClone(alloc.Get());
                              EXPECT_EQ(alloc.LiveBlocks(), 0U);
                              return status;

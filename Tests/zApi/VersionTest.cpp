@@ -52,12 +52,12 @@ TEST(Version, Parts_come_back_out)
 TEST(Version, Failing_call_comes_through_and_changes_nothing)
 {
     zVersion version = 7;
-    EXPECT_EQ(WalkFaults(-6, [&version] { return zVersion_Parse(&version, "1"); },
-                         [&version](const std::string&, zStatus status)
-                         {
-                             EXPECT_EQ(status, -6);
-                             EXPECT_EQ(version, 7U);
-                         }),
+    EXPECT_EQ(WalkFaults(
+                  -6, [&version] { return zVersion_Parse(&version, "1"); },
+                  [&version](const std::string&, zStatus status) {
+                      EXPECT_EQ(status, -6);
+                      EXPECT_EQ(version, 7U);
+                  }),
               1U);
     EXPECT_EQ(version, 0x01000000U);
 }

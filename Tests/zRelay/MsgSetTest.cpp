@@ -165,8 +165,7 @@ TEST(MsgSet, Failing_calls_come_through_and_leave_nothing_behind)
 {
     const CountingAlloc alloc;
     EXPECT_GE(WalkFaults(-77,
-                         [&alloc]
-                         {
+                         [&alloc] {
                              const zStatus status = BuildAndClone(alloc.Get());
                              EXPECT_EQ(alloc.LiveBlocks(), 0U);
                              return status;

@@ -55,8 +55,8 @@ constexpr std::array<FormatThresholds, 11> FORMAT_THRESHOLDS = {{
 // Required: everything else, 16-bit formats among it, counts as 16 bits.
 Thresholds ThresholdsOf(TvPixelFormat format)
 {
-    const auto* const found = std::find_if(FORMAT_THRESHOLDS.begin(), FORMAT_THRESHOLDS.end(),
-                                           [format](const auto& entry) { return entry.format == format; });
+    const auto* const found =
+        std::ranges::find_if(FORMAT_THRESHOLDS, [format](const auto& entry) { return entry.format == format; });
     return found == FORMAT_THRESHOLDS.end() ? FULL_SCALE_16 : found->thresholds;
 }
 
@@ -109,8 +109,8 @@ bool CommonTool::UpdateDynamicParams()
 void CommonTool::OnInputRouted(ToolInputInfo& input, InputRoutedInfo info)
 {
     TaPipe::Tools::CommonTool::OnInputRouted(input, info);
-    const auto found = std::find_if(anchorInputs.begin(), anchorInputs.end(),
-                                    [&input](const AnchorInput& a) { return a.inputIndex == input.Index(); });
+    const auto found =
+        std::ranges::find_if(anchorInputs, [&input](const AnchorInput& a) { return a.inputIndex == input.Index(); });
     if (found == anchorInputs.end())
     {
         return;
@@ -133,7 +133,7 @@ void CommonTool::OnInputRouted(ToolInputInfo& input, InputRoutedInfo info)
 
 bool CommonTool::AllAnchorsInactive()
 {
-    return std::none_of(anchorInputs.begin(), anchorInputs.end(), [](const AnchorInput& a) { return a.active; });
+    return std::ranges::none_of(anchorInputs, [](const AnchorInput& a) { return a.active; });
 }
 
 void CommonTool::Start()
@@ -281,7 +281,7 @@ void CommonTool::LogUserMessage(int line, const char* file, std::size_t level, c
     va_end(arguments);
     MU_CHECK(formatted);
     const auto isEqual = [&text](const std::string& former) { return zStrCompare(former.c_str(), text.data()) == 0; };
-    if (std::any_of(logged.begin(), logged.end(), isEqual))
+    if (std::ranges::any_of(logged, isEqual))
     {
         return;
     }
@@ -331,8 +331,7 @@ void CommonTool::HandleDynamicInput(const std::vector<const char*>& ids, const s
     for (std::size_t i = InputCount(); i > firstDynamicIndex; --i)
     {
         const char* const id = InputAt(i - 1).Id();
-        const auto found =
-            std::find_if(ids.begin(), ids.end(), [id](const char* wanted) { return zStrEquals(wanted, id) != 0; });
+        const auto found = std::ranges::find_if(ids, [id](const char* wanted) { return zStrEquals(wanted, id) != 0; });
         if (found == ids.end())
         {
             RemoveInput(i - 1);

@@ -37,8 +37,9 @@ bool Identical(const Datum& a, const Datum& b)
     {
         return false;
     }
-    const auto compare = [&b](const auto& held)
-    { return IdenticalHeld(held, std::get<std::remove_cvref_t<decltype(held)>>(b)); };
+    const auto compare = [&b](const auto& held) {
+        return IdenticalHeld(held, std::get<std::remove_cvref_t<decltype(held)>>(b));
+    };
     return std::visit(compare, a);
 }
 } // namespace Ta::Properties

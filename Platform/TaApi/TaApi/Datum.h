@@ -47,15 +47,13 @@ struct DatumTypeOf
 };
 
 template <typename T>
-    requires(std::is_enum_v<T> || (std::signed_integral<T> && !std::same_as<T, bool>))
-struct DatumTypeOf<T>
+requires(std::is_enum_v<T> || (std::signed_integral<T> && !std::same_as<T, bool>)) struct DatumTypeOf<T>
 {
     using Type = std::int64_t;
 };
 
 template <typename T>
-    requires(std::unsigned_integral<T> && !std::same_as<T, bool>)
-struct DatumTypeOf<T>
+requires(std::unsigned_integral<T> && !std::same_as<T, bool>) struct DatumTypeOf<T>
 {
     using Type = std::uint64_t;
 };

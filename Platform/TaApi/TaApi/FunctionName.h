@@ -38,13 +38,13 @@ constexpr std::size_t OperatorAt(std::string_view text)
     constexpr std::string_view WORD = "operator";
     for (std::size_t at = text.find(WORD); at != NOT_FOUND; at = text.find(WORD, at + 1))
     {
-        const bool begins = at == 0 || text[at - 1] == ':' || text[at - 1] == ' ' || text[at - 1] == '*' ||
-                            text[at - 1] == '&';
+        const bool begins =
+            at == 0 || text[at - 1] == ':' || text[at - 1] == ' ' || text[at - 1] == '*' || text[at - 1] == '&';
         const std::size_t after = at + WORD.size();
-        const bool isWordCharacter = after < text.size() && (text[after] == '_' ||
-                                                             (text[after] >= '0' && text[after] <= '9') ||
-                                                             (text[after] >= 'a' && text[after] <= 'z') ||
-                                                             (text[after] >= 'A' && text[after] <= 'Z'));
+        const bool isWordCharacter =
+            after < text.size() &&
+            (text[after] == '_' || (text[after] >= '0' && text[after] <= '9') ||
+             (text[after] >= 'a' && text[after] <= 'z') || (text[after] >= 'A' && text[after] <= 'Z'));
         if (begins && !isWordCharacter)
         {
             return at;

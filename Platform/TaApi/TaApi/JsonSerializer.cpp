@@ -157,8 +157,7 @@ std::vector<const Node*> InSortOrder(const Structure& structure)
     {
         children.push_back(&structure.At(i));
     }
-    const auto sortOrder = [](const Node* child)
-    {
+    const auto sortOrder = [](const Node* child) {
         const auto* order = dynamic_cast<const Value<std::uint32_t>*>(child->FindSchema("sortOrder"));
         return order == nullptr ? std::uint64_t{1} << 32U : order->Get();
     };
@@ -381,7 +380,8 @@ class ValueReader : public INodeVisitor
 {
 public:
     ValueReader(const Place& caller, UnknownKeys policy)
-        : place(caller), unknownKeys(policy)
+        : place(caller)
+        , unknownKeys(policy)
     {
     }
 
@@ -517,8 +517,7 @@ nlohmann::json JsonSerializer::Parse(std::string_view text)
                 MAXIMUM_TEXT_SIZE);
     }
     const Place place = MU_HERE;
-    const auto checkDepth = [&place](int depth, json::parse_event_t /*event*/, json& /*parsed*/)
-    {
+    const auto checkDepth = [&place](int depth, json::parse_event_t /*event*/, json& /*parsed*/) {
         if (depth > MAXIMUM_DEPTH)
         {
             MU_FAIL_AT(place, zERROR_PARAMETER, "The document is nested more than %d deep; flatten it.", MAXIMUM_DEPTH);

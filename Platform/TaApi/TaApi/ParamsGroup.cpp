@@ -28,7 +28,8 @@ void PutEntry(Properties::Node& node, const char* key, const T& value)
 } // namespace
 
 Group::Group(const std::string& name)
-    : Structure(name), StructBase(static_cast<Properties::Node&>(*this))
+    : Structure(name)
+    , StructBase(static_cast<Properties::Node&>(*this))
 {
 }
 

@@ -28,7 +28,8 @@ public:
     }
 
     explicit Value(T first)
-        : Properties::Value<T>(std::move(first)), ParamsBase(static_cast<Properties::Node&>(*this))
+        : Properties::Value<T>(std::move(first))
+        , ParamsBase(static_cast<Properties::Node&>(*this))
     {
     }
 
@@ -50,74 +51,62 @@ public:
         }
     }
 
-    [[nodiscard]] const T& GetMinimum() const
-        requires Limitable<T>
+    [[nodiscard]] const T& GetMinimum() const requires Limitable<T>
     {
         return GetEntry<T>(MU_HERE, "minimum");
     }
 
-    void SetMinimum(const T& minimum)
-        requires Limitable<T>
+    void SetMinimum(const T& minimum) requires Limitable<T>
     {
         SetEntry<T>(MU_HERE, "minimum", minimum);
     }
 
-    void EnableMinimum(const T& first = T{})
-        requires Limitable<T>
+    void EnableMinimum(const T& first = T{}) requires Limitable<T>
     {
         EnableEntry<T>("minimum", first);
     }
 
-    [[nodiscard]] const T& GetMaximum() const
-        requires Limitable<T>
+    [[nodiscard]] const T& GetMaximum() const requires Limitable<T>
     {
         return GetEntry<T>(MU_HERE, "maximum");
     }
 
-    void SetMaximum(const T& maximum)
-        requires Limitable<T>
+    void SetMaximum(const T& maximum) requires Limitable<T>
     {
         SetEntry<T>(MU_HERE, "maximum", maximum);
     }
 
-    void EnableMaximum(const T& first = T{})
-        requires Limitable<T>
+    void EnableMaximum(const T& first = T{}) requires Limitable<T>
     {
         EnableEntry<T>("maximum", first);
     }
 
-    [[nodiscard]] const T& GetExclusiveMinimum() const
-        requires Limitable<T>
+    [[nodiscard]] const T& GetExclusiveMinimum() const requires Limitable<T>
     {
         return GetEntry<T>(MU_HERE, "exclusiveMinimum");
     }
 
-    void SetExclusiveMinimum(const T& minimum)
-        requires Limitable<T>
+    void SetExclusiveMinimum(const T& minimum) requires Limitable<T>
     {
         SetEntry<T>(MU_HERE, "exclusiveMinimum", minimum);
     }
 
-    void EnableExclusiveMinimum(const T& first = T{})
-        requires Limitable<T>
+    void EnableExclusiveMinimum(const T& first = T{}) requires Limitable<T>
     {
         EnableEntry<T>("exclusiveMinimum", first);
     }
 
-    [[nodiscard]] const T& GetExclusiveMaximum() const
-        requires Limitable<T>
+    [[nodiscard]] const T& GetExclusiveMaximum() const requires Limitable<T>
     {
         return GetEntry<T>(MU_HERE, "exclusiveMaximum");
     }
 
-    void SetExclusiveMaximum(const T& maximum)
-        requires Limitable<T>
+    void SetExclusiveMaximum(const T& maximum) requires Limitable<T>
     {
         SetEntry<T>(MU_HERE, "exclusiveMaximum", maximum);
     }
 
-    void EnableExclusiveMaximum(const T& first = T{})
-        requires Limitable<T>
+    void EnableExclusiveMaximum(const T& first = T{}) requires Limitable<T>
     {
         EnableEntry<T>("exclusiveMaximum", first);
     }

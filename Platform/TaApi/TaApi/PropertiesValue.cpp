@@ -6,8 +6,8 @@ namespace Ta::Properties
 {
 namespace
 {
-constexpr std::array KIND_NAMES{"a boolean",          "an integer",        "an unsigned integer", "a number",
-                                "a text",             "a list of integers", "a list of numbers",   "a list of texts"};
+constexpr std::array KIND_NAMES{"a boolean", "an integer",         "an unsigned integer", "a number",
+                                "a text",    "a list of integers", "a list of numbers",   "a list of texts"};
 
 const char* NameOf(DatumKind kind)
 {

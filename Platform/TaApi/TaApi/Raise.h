@@ -32,8 +32,7 @@ inline void Check(const Place& place, zStatus status)
 /// The place where this stands. A walk that serves several functions is handed it by its caller.
 #define MU_HERE                                                                                                        \
     (__extension__({                                                                                                   \
-        static constexpr auto muUnit =                                                                                 \
-            ::Ta::Detail::Terminated<sizeof(__FILE__)>(::Ta::Detail::SourceUnit(__FILE__));                            \
+        static constexpr auto muUnit = ::Ta::Detail::Terminated<sizeof(__FILE__)>(::Ta::Detail::SourceUnit(__FILE__)); \
         static constexpr auto muFunction =                                                                             \
             ::Ta::Detail::Terminated<sizeof(__PRETTY_FUNCTION__)>(::Ta::Detail::FunctionName(__PRETTY_FUNCTION__));    \
         ::Ta::Place{__LINE__, muUnit.data(), muFunction.data()};                                                       \

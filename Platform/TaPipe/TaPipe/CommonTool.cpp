@@ -217,8 +217,8 @@ ToolActionInfo& CommonTool::ActionAt(std::size_t index) const
 
 void CommonTool::Invoke(const char* action)
 {
-    const auto found = std::find_if(actions.begin(), actions.end(),
-                                    [action](const auto& entry) { return zStrEquals(entry->Name(), action) != 0; });
+    const auto found =
+        std::ranges::find_if(actions, [action](const auto& entry) { return zStrEquals(entry->Name(), action) != 0; });
     if (found == actions.end())
     {
         MU_FAIL(zERROR_MISSING, "The tool has no action \"%s\".", action == nullptr ? "" : action);
@@ -271,7 +271,7 @@ bool CommonTool::Process(const MessageInput& input)
 
 bool CommonTool::AreAllRoutedInputsPending() const
 {
-    return std::all_of(inputs.begin(), inputs.end(), [this](const auto& input) {
+    return std::ranges::all_of(inputs, [this](const auto& input) {
         return !input->IsActive() || pendingSet.FindByIndex(input->Index()) != nullptr;
     });
 }
@@ -355,8 +355,8 @@ void CommonTool::RemoveOutput(std::size_t index)
 
 ToolOutputInfo* CommonTool::FindOutputById(const char* id)
 {
-    const auto found = std::find_if(outputs.begin(), outputs.end(),
-                                    [id](const auto& output) { return zStrEquals(output->Id(), id) != 0; });
+    const auto found =
+        std::ranges::find_if(outputs, [id](const auto& output) { return zStrEquals(output->Id(), id) != 0; });
     return found == outputs.end() ? nullptr : found->get();
 }
 
@@ -418,8 +418,8 @@ void CommonTool::NotifyParamsChanged(bool structureChanged)
 
 ToolActionInfo& CommonTool::RegisterAction(const char* name, std::function<void()> run)
 {
-    const auto found = std::find_if(actions.begin(), actions.end(),
-                                    [name](const auto& entry) { return zStrEquals(entry->Name(), name) != 0; });
+    const auto found =
+        std::ranges::find_if(actions, [name](const auto& entry) { return zStrEquals(entry->Name(), name) != 0; });
     auto action = std::make_unique<ToolActionInfo>(name, std::move(run));
     if (found != actions.end())
     {

@@ -57,7 +57,7 @@ public:
     void Invoke(const char* action) override;
     void Start() override;
     void Stop() override;
-    bool ProcessInputSet(const MessageInput* inputs, std::size_t count) override;
+    bool ProcessInputSet(const MessageInput* arrived, std::size_t count) override;
     bool Process(const MessageInput& input) override;
     TaCommon::IMetricsKeeper* MetricsKeeper() override;
     void SetToolAllocator(void* alloc) override;

@@ -61,15 +61,15 @@ const InputItem& InputSet::At(std::size_t index) const
 
 const InputItem* InputSet::FindByIndex(std::size_t inputIndex) const
 {
-    const auto found = std::find_if(items.begin(), items.end(),
-                                    [inputIndex](const InputItem& item) { return item.Input().Index() == inputIndex; });
+    const auto found =
+        std::ranges::find_if(items, [inputIndex](const InputItem& item) { return item.Input().Index() == inputIndex; });
     return found == items.end() ? nullptr : &*found;
 }
 
 const InputItem* InputSet::FindByName(const char* id) const
 {
-    const auto found = std::find_if(items.begin(), items.end(),
-                                    [id](const InputItem& item) { return zStrEquals(item.Input().Id(), id) != 0; });
+    const auto found =
+        std::ranges::find_if(items, [id](const InputItem& item) { return zStrEquals(item.Input().Id(), id) != 0; });
     return found == items.end() ? nullptr : &*found;
 }
 

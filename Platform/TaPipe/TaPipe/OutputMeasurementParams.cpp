@@ -12,4 +12,6 @@ OutputMeasurementParams::OutputMeasurementParams()
     lowerLimit.Set(std::numeric_limits<double>::lowest());
     upperLimit.Set(std::numeric_limits<double>::max());
 }
+
+OutputMeasurementParams::~OutputMeasurementParams() = default;
 } // namespace TaPipe

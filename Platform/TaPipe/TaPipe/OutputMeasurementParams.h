@@ -9,6 +9,7 @@ class MU_PLATFORM_EXPORT OutputMeasurementParams : public Ta::Params::Group
 {
 public:
     OutputMeasurementParams();
+    ~OutputMeasurementParams() override;
 
     Ta::Params::Value<double> lowerLimit;
     Ta::Params::Value<double> upperLimit;

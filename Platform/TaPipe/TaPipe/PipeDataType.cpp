@@ -32,8 +32,7 @@ constexpr std::array<NamedType, 13> NAMES = {{
 
 const char* PipeDataTypeName(PipeDataType type)
 {
-    const auto* const found =
-        std::find_if(NAMES.begin(), NAMES.end(), [type](const auto& n) { return n.type == type; });
+    const auto* const found = std::ranges::find_if(NAMES, [type](const auto& n) { return n.type == type; });
     return found == NAMES.end() ? "unknown" : found->name;
 }
 } // namespace TaPipe

@@ -60,16 +60,14 @@ zDEFINE_OBJECT_TYPE(TvGenericMsg, TvMsg, &TvMsg_Ops<Generic>);
 zStatus TvGenericMsg_Construct(TvGenericMsg* msg, z32u dataType, std::size_t size, zAlloc alloc)
 {
     zFAULT_GATE();
-    return TvMsg_Make<Generic>(zTypeOf(TvGenericMsg), 1, alloc, msg,
-                               [dataType, size](Generic& made)
-                               {
-                                   zTRY(made.Allocate(dataType, size));
-                                   if (size > 0)
-                                   {
-                                       std::memset(made.buffer, 0, size);
-                                   }
-                                   return zOK;
-                               });
+    return TvMsg_Make<Generic>(zTypeOf(TvGenericMsg), 1, alloc, msg, [dataType, size](Generic& made) {
+        zTRY(made.Allocate(dataType, size));
+        if (size > 0)
+        {
+            std::memset(made.buffer, 0, size);
+        }
+        return zOK;
+    });
 }
 
 z32u TvGenericMsg_Type(TvGenericMsg msg)

@@ -12,8 +12,7 @@ extern "C"
 {
     /// Makes a message with a buffer of `size` bytes, all 0. -999 if `msg` is null, -997 beyond `TvMSG_MAX_ITEMS`
     /// bytes, -998 if there is no memory.
-    MU_PLATFORM_EXPORT zStatus TvGenericMsg_Construct(TvGenericMsg* msg, z32u dataType, std::size_t size,
-                                                      zAlloc alloc);
+    MU_PLATFORM_EXPORT zStatus TvGenericMsg_Construct(TvGenericMsg* msg, z32u dataType, std::size_t size, zAlloc alloc);
 
     /// What the bytes mean.
     MU_PLATFORM_EXPORT z32u TvGenericMsg_Type(TvGenericMsg msg);

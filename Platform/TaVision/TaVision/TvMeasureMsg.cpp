@@ -41,12 +41,10 @@ zDEFINE_OBJECT_TYPE(TvMeasureMsg, TvMsg, &TvMsg_Ops<Measure>);
 zStatus TvMeasureMsg_Construct(TvMeasureMsg* msg, std::size_t count, z32u sourceId, zAlloc alloc)
 {
     zFAULT_GATE();
-    return TvMsg_Make<Measure>(zTypeOf(TvMeasureMsg), count, alloc, msg,
-                               [sourceId](Measure& made)
-                               {
-                                   made.sourceId = sourceId;
-                                   return zOK;
-                               });
+    return TvMsg_Make<Measure>(zTypeOf(TvMeasureMsg), count, alloc, msg, [sourceId](Measure& made) {
+        made.sourceId = sourceId;
+        return zOK;
+    });
 }
 
 z32u TvMeasureMsg_SourceId(TvMeasureMsg msg)

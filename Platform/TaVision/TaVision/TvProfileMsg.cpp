@@ -15,8 +15,8 @@ std::size_t OneRow(zObject /*array*/)
     return 1;
 }
 
-constinit const TvArrayKind profileArrays = {
-    zTypeOf(zArray1), ConstructRow, OneRow, zArray1_Length, zArray1_ItemType, zArray1_Items};
+constinit const TvArrayKind profileArrays = {zTypeOf(zArray1), ConstructRow,     OneRow,
+                                             zArray1_Length,   zArray1_ItemType, zArray1_Items};
 
 TvDataMsgClass* As(zObject msg)
 {
@@ -45,9 +45,9 @@ zStatus TvProfileMsg_Construct(TvProfileMsg* msg, zType itemType, std::size_t pr
     {
         return zERROR_PARAMETER;
     }
-    return TvMsg_Make<TvDataMsgClass>(zTypeOf(TvProfileMsg), 1, alloc, msg,
-                                      [itemType, pointCount](TvDataMsgClass& made)
-                                      { return made.Build(profileArrays, itemType, 1, pointCount); });
+    return TvMsg_Make<TvDataMsgClass>(
+        zTypeOf(TvProfileMsg), 1, alloc, msg,
+        [itemType, pointCount](TvDataMsgClass& made) { return made.Build(profileArrays, itemType, 1, pointCount); });
 }
 
 std::size_t TvProfileMsg_PointCount(TvProfileMsg msg)

@@ -15,8 +15,8 @@ std::size_t Columns(zObject array)
     return zArray2_Length(array, 1);
 }
 
-constinit const TvArrayKind surfaceArrays = {
-    zTypeOf(zArray2), zArray2_Construct, Rows, Columns, zArray2_ItemType, zArray2_Items};
+constinit const TvArrayKind surfaceArrays = {zTypeOf(zArray2), zArray2_Construct, Rows,
+                                             Columns,          zArray2_ItemType,  zArray2_Items};
 
 TvDataMsgClass* As(zObject msg)
 {
@@ -26,8 +26,9 @@ TvDataMsgClass* As(zObject msg)
 zStatus Construct(zObject* msg, zType pointType, std::size_t width, std::size_t length, zAlloc alloc)
 {
     return TvMsg_Make<TvDataMsgClass>(zTypeOf(TvSurfaceMsg), 1, alloc, msg,
-                                      [pointType, width, length](TvDataMsgClass& made)
-                                      { return made.Build(surfaceArrays, pointType, length, width); });
+                                      [pointType, width, length](TvDataMsgClass& made) {
+                                          return made.Build(surfaceArrays, pointType, length, width);
+                                      });
 }
 } // namespace
 
