@@ -126,8 +126,8 @@ TEST(HeightMap, Masked_samples_are_null_and_do_not_widen_the_range)
 TEST(HeightMap, Floats_that_are_not_finite_are_null)
 {
     using Limits = std::numeric_limits<float>;
-    const auto map = Row<float>({Limits::quiet_NaN(), 1, Limits::infinity(), 3, -Limits::infinity(), 2},
-                                {1, 1, 1, 1, 1, 0});
+    const auto map =
+        Row<float>({Limits::quiet_NaN(), 1, Limits::infinity(), 3, -Limits::infinity(), 2}, {1, 1, 1, 1, 1, 0});
     EXPECT_EQ(map.heights, (Heights{nullHeight, -32767, nullHeight, 32767, nullHeight, nullHeight}));
     EXPECT_EQ(map.validCount, 2u);
 }
@@ -192,7 +192,9 @@ TEST(HeightMap, Span_below_the_smallest_step_still_reads)
 TEST(HeightMap, Heights_beyond_the_range_of_numbers_are_refused)
 {
     const double largest = std::numeric_limits<double>::max();
-    EXPECT_TRUE(Contains(ErrorOf([&] { return Row<double>({-largest, largest}, {}, {1, 1, 1}); }),
+    EXPECT_TRUE(Contains(ErrorOf([&] {
+                             return Row<double>({-largest, largest}, {}, {1, 1, 1});
+                         }),
                          "made.scan: heights: "));
     EXPECT_TRUE(Contains(ErrorOf([&] { return Row<double>({0, 1e300}, {}, {1, 1, 1e300}); }), "span more than"));
     EXPECT_TRUE(Contains(ErrorOf([&] { return Row<std::int16_t>({0, 1}, {}, {1, 1, 1e305}); }), "positions in mm"));
@@ -244,8 +246,7 @@ TEST(HeightMap, Sizes_that_disagree_are_refused)
 {
     const std::vector<std::int16_t> samples(6);
     const std::vector<std::uint8_t> mask(5, 1);
-    const auto build = [&](std::size_t columns, std::size_t rows, std::span<const std::uint8_t> valid)
-    {
+    const auto build = [&](std::size_t columns, std::size_t rows, std::span<const std::uint8_t> valid) {
         const SampleGrid grid{"made.scan", columns, rows, ImageAxis::Columns, {}, {1, 1, 1}, {}};
         return ErrorOf([&] { return BuildHeightMap(grid, std::span<const std::int16_t>(samples), valid); });
     };
@@ -263,4 +264,4 @@ TEST(HeightMap, Spacing_that_is_not_positive_is_refused)
         EXPECT_TRUE(Contains(ErrorOf([&] { return Row<std::int16_t>({1}, {}, spacing); }), "made.scan: spacing: "));
     }
 }
-}
+} // namespace

@@ -43,18 +43,17 @@ protected:
     std::string SmallTiff()
     {
         const std::vector<std::uint16_t> samples{7, 7, 7, 7, 9, 9, 300, 2, 1, 1, 1, 1, 65000, 5, 5, 5};
-        return ReadBytes(WriteTiff(folder / "small.tif", 4, samples,
-                                   {.compression = COMPRESSION_LZW, .rowsPerStrip = 2}));
+        return ReadBytes(
+            WriteTiff(folder / "small.tif", 4, samples, {.compression = COMPRESSION_LZW, .rowsPerStrip = 2}));
     }
 
     std::string SmallX3p()
     {
         const auto xml = Replaced(X3pXml(2, 2, "F"), "</DataLink>",
                                   "<ValidPointsLink>bindata/valid.bin</ValidPointsLink></DataLink>");
-        return ReadBytes(WriteZip(folder / "small.x3p",
-                                  {{"main.xml", xml},
-                                   {"bindata/data.bin", BytesOf(std::vector<float>{1, 2, 3, 4})},
-                                   {"bindata/valid.bin", "\x0f"}}));
+        return ReadBytes(WriteZip(folder / "small.x3p", {{"main.xml", xml},
+                                                         {"bindata/data.bin", BytesOf(std::vector<float>{1, 2, 3, 4})},
+                                                         {"bindata/valid.bin", "\x0f"}}));
     }
 
     TemporaryFolder folder;
@@ -130,8 +129,7 @@ TEST_F(ScanReader, Scan_beyond_the_memory_is_refused)
 #endif
     const auto file = WriteZip(folder / "large.x3p", {{"main.xml", X3pXml(4096, 4096, "D")},
                                                       {"bindata/data.bin", std::string(4096 * 4096 * 8, '\0')}});
-    const auto readWithLittleMemory = [&]
-    {
+    const auto readWithLittleMemory = [&] {
         // Memory that was freed before may be used again: 64 MiB on top of it are too few for 128 MiB of samples.
         const rlim_t inUse = static_cast<rlim_t>(std::stoull(ReadBytes("/proc/self/statm"))) * 4096;
         const rlimit bound{inUse + (rlim_t{64} << 20), RLIM_INFINITY};
@@ -234,4 +232,4 @@ TEST_F(ScanReader, Damaged_descriptions_are_read_or_refused)
     EXPECT_GT(read, 0);
     EXPECT_LT(read, rounds);
 }
-}
+} // namespace

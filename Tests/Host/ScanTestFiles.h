@@ -96,7 +96,7 @@ struct TiffStyle
 {
     const char* mode = "w";
     std::uint16_t compression = COMPRESSION_NONE;
-    std::uint32_t tileSide = 0;  ///< 0 for strips
+    std::uint32_t tileSide = 0; ///< 0 for strips
     std::uint32_t rowsPerStrip = 2;
     std::uint16_t samplesPerPixel = 1;
     std::uint16_t photometric = PHOTOMETRIC_MINISBLACK;
@@ -196,10 +196,12 @@ inline std::string X3pXml(int columns, int rows, std::string_view type)
            "<p:ISO5436_2 xmlns:p=\"http://www.opengps.eu/2008/ISO5436_2\"><Record1><FeatureType>SUR</FeatureType><Axes>"
            "<CX><AxisType>I</AxisType><DataType>D</DataType><Increment>1e-6</Increment><Offset>3e-6</Offset></CX>"
            "<CY><AxisType>I</AxisType><DataType>D</DataType><Increment>2e-6</Increment><Offset/></CY>"
-           "<CZ><AxisType>A</AxisType><DataType>" + std::string(type) + "</DataType>" +
+           "<CZ><AxisType>A</AxisType><DataType>" +
+           std::string(type) + "</DataType>" +
            (type == "I" || type == "L" ? "<Increment>5e-7</Increment><Offset>1e-6</Offset>" : "") +
            "</CZ></Axes></Record1><Record3><MatrixDimension><SizeX>" + std::to_string(columns) + "</SizeX><SizeY>" +
-           std::to_string(rows) + "</SizeY><SizeZ>1</SizeZ></MatrixDimension>"
+           std::to_string(rows) +
+           "</SizeY><SizeZ>1</SizeZ></MatrixDimension>"
            "<DataLink><PointDataLink>bindata/data.bin</PointDataLink></DataLink></Record3></p:ISO5436_2>";
 }
 
@@ -249,4 +251,4 @@ inline double HeightMm(const HeightMap& map, std::size_t column, std::size_t row
 {
     return map.offsetMm.z + map.scaleMm.z * map.heights.at(row * map.width + column);
 }
-}
+} // namespace Mu::Host::Testing

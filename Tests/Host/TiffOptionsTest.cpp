@@ -103,7 +103,8 @@ TEST_F(TiffOptionsTest, Wrong_values_are_refused_by_file_and_key)
         EXPECT_TRUE(Contains(ErrorOf([&] { return Read(); }), SidecarOf(scan).string() + ": " + quotedKey)) << text;
         std::filesystem::remove(SidecarOf(scan));
         EXPECT_TRUE(Contains(ErrorOf([&, options = text] { return Read(json::parse(options)); }),
-                             "plate.job.json, scan 2: " + quotedKey)) << text;
+                             "plate.job.json, scan 2: " + quotedKey))
+            << text;
     }
 }
 
@@ -147,4 +148,4 @@ TEST_F(TiffOptionsTest, Options_of_the_job_must_be_an_object)
     EXPECT_TRUE(Contains(ErrorOf([&] { return Read("rows"); }), "plate.job.json, scan 2: "));
     EXPECT_TRUE(Contains(ErrorOf([&] { return Read(json::array()); }), "plate.job.json, scan 2: "));
 }
-}
+} // namespace

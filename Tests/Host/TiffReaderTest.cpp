@@ -122,12 +122,11 @@ TEST_F(TiffReader, Every_integer_type_keeps_its_counts)
 
 TEST_F(TiffReader, Floats_are_rounded_and_not_a_number_is_invalid)
 {
-    const auto expectFloats = [this](auto zero)
-    {
+    const auto expectFloats = [this](auto zero) {
         using Sample = decltype(zero);
         const Sample nan = std::numeric_limits<Sample>::quiet_NaN();
-        const auto map = ReadTiff(WriteTiff<Sample>(file, 4, {Sample(-1.5), nan, Sample(0.25), Sample(2.5)}),
-                                  Spacing(1, 1, 2));
+        const auto map =
+            ReadTiff(WriteTiff<Sample>(file, 4, {Sample(-1.5), nan, Sample(0.25), Sample(2.5)}), Spacing(1, 1, 2));
         EXPECT_EQ(map.validCount, 3u);
         EXPECT_EQ(map.heights[1], nullHeight);
         EXPECT_NEAR(HeightMm(map, 0, 0), -3, 8 / 65000.0 / 2);
@@ -179,8 +178,7 @@ INSTANTIATE_TEST_SUITE_P(
                     StyleCase{"packbits", {.compression = COMPRESSION_PACKBITS}},
                     StyleCase{"zstd", {.compression = COMPRESSION_ZSTD}}, StyleCase{"tiles", {.tileSide = 16}},
                     StyleCase{"one_large_tile", {.tileSide = 64}},
-                    StyleCase{"big_endian_lzw_tiles",
-                              {.mode = "wb", .compression = COMPRESSION_LZW, .tileSide = 32}}),
+                    StyleCase{"big_endian_lzw_tiles", {.mode = "wb", .compression = COMPRESSION_LZW, .tileSide = 32}}),
     [](const auto& each) { return std::string(each.param.name); });
 
 TEST_F(TiffReader, Samples_of_the_invalid_value_are_null)
@@ -234,8 +232,9 @@ TEST_F(TiffReader, Images_that_are_no_height_maps_are_refused_by_the_tag)
 
 TEST_F(TiffReader, Files_that_cannot_be_read_are_refused_by_name)
 {
-    const auto refusal = [](const std::filesystem::path& path)
-    { return ErrorOf([&] { return ReadTiff(path, Spacing(1, 1, 1)); }); };
+    const auto refusal = [](const std::filesystem::path& path) {
+        return ErrorOf([&] { return ReadTiff(path, Spacing(1, 1, 1)); });
+    };
     EXPECT_TRUE(Contains(refusal(folder / "none.tif"), "none.tif: there is no such file"));
     EXPECT_TRUE(Contains(refusal(folder / "."), "not a file"));
     WriteBytes(file, "a text that is no image");
@@ -274,15 +273,32 @@ constexpr std::uint32_t DataAfter(std::uint32_t tagCount)
 std::string RawStrip(std::uint32_t columns, std::uint32_t rows, const std::string& data)
 {
     const auto size = static_cast<std::uint32_t>(data.size());
-    return RawTiff({{256, columns}, {257, rows}, {258, 16}, {259, 1}, {262, 1}, {273, DataAfter(9)}, {277, 1},
-                    {278, rows}, {279, size}}, data);
+    return RawTiff({{256, columns},
+                    {257, rows},
+                    {258, 16},
+                    {259, 1},
+                    {262, 1},
+                    {273, DataAfter(9)},
+                    {277, 1},
+                    {278, rows},
+                    {279, size}},
+                   data);
 }
 
 /// One tile of 16 x 16 samples of 16 bits.
 std::string RawTile(std::uint32_t columns, std::uint32_t offset, std::uint32_t size)
 {
-    return RawTiff({{256, columns}, {257, 16}, {258, 16}, {259, 1}, {262, 1}, {277, 1}, {322, 16}, {323, 16},
-                    {324, offset}, {325, size}}, std::string(512, '\x01'));
+    return RawTiff({{256, columns},
+                    {257, 16},
+                    {258, 16},
+                    {259, 1},
+                    {262, 1},
+                    {277, 1},
+                    {322, 16},
+                    {323, 16},
+                    {324, offset},
+                    {325, size}},
+                   std::string(512, '\x01'));
 }
 
 TEST_F(TiffReader, File_put_together_by_hand_is_read)
@@ -323,8 +339,7 @@ TEST_F(TiffReader, Fewer_samples_than_stated_are_refused)
 
 TEST_F(TiffReader, Tiles_that_are_not_in_the_file_are_refused)
 {
-    const auto refusal = [this](const std::string& bytes)
-    {
+    const auto refusal = [this](const std::string& bytes) {
         WriteBytes(file, bytes);
         return ErrorOf([this] { return ReadTiff(file, Spacing(1, 1, 1)); });
     };
@@ -381,8 +396,7 @@ TEST_F(TiffReader, Threads_hear_of_their_own_files_only)
     const auto good = WriteTiff(folder / "good.tif", 64, samples, {.compression = COMPRESSION_LZW});
     const auto bad = folder / "bad.tif";
     WriteBytes(bad, ReadBytes(good).substr(0, 2000));
-    const auto readGood = [&]
-    {
+    const auto readGood = [&] {
         for (int i = 0; i < 50; ++i)
         {
             const auto map = ReadTiff(good, Spacing(1, 1, 1));
@@ -390,8 +404,7 @@ TEST_F(TiffReader, Threads_hear_of_their_own_files_only)
             ASSERT_FALSE(HasNote(map, "libtiff"));
         }
     };
-    const auto readBad = [&]
-    {
+    const auto readBad = [&] {
         for (int i = 0; i < 50; ++i)
         {
             ASSERT_TRUE(Contains(ErrorOf([&] { return ReadTiff(bad, Spacing(1, 1, 1)); }), "bad.tif: header: "));
@@ -401,4 +414,4 @@ TEST_F(TiffReader, Threads_hear_of_their_own_files_only)
     readGood();
     other.join();
 }
-}
+} // namespace

@@ -77,8 +77,8 @@ TEST_F(X3pReader, Integers_keep_their_counts_and_metres_become_millimetres)
     EXPECT_DOUBLE_EQ(map.offsetMm.y, 0);
     EXPECT_DOUBLE_EQ(map.offsetMm.z, 0.001);
 
-    const auto wide = Read({{"main.xml", X3pXml(2, 1, "L")},
-                            {"bindata/data.bin", BytesOf(std::vector<std::int32_t>{1000000, 1000007})}});
+    const auto wide = Read(
+        {{"main.xml", X3pXml(2, 1, "L")}, {"bindata/data.bin", BytesOf(std::vector<std::int32_t>{1000000, 1000007})}});
     EXPECT_NEAR(HeightMm(wide, 0, 0), 500.001, 1e-9);
     EXPECT_NEAR(HeightMm(wide, 1, 0), 500.0045, 1e-9);
 }
@@ -118,28 +118,27 @@ TEST_F(X3pReader, Floats_that_are_not_finite_are_invalid)
 
 TEST_F(X3pReader, Bits_of_the_valid_points_start_with_the_lowest)
 {
-    const auto xml = Replaced(X3pXml(5, 2, "I"), "</DataLink>",
-                              "<ValidPointsLink>bindata/valid.bin</ValidPointsLink></DataLink>");
+    const auto xml =
+        Replaced(X3pXml(5, 2, "I"), "</DataLink>", "<ValidPointsLink>bindata/valid.bin</ValidPointsLink></DataLink>");
     // Samples 0, 3 and 9 are valid; the six bits beyond the samples mean nothing.
     const auto map = Read({{"main.xml", xml},
                            {"bindata/data.bin", BytesOf(std::vector<std::int16_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9})},
                            {"bindata/valid.bin", "\x09\xfe"}});
-    EXPECT_EQ(map.heights, (Heights{0, nullHeight, nullHeight, 3, nullHeight, nullHeight, nullHeight, nullHeight,
-                                    nullHeight, 9}));
+    EXPECT_EQ(map.heights,
+              (Heights{0, nullHeight, nullHeight, 3, nullHeight, nullHeight, nullHeight, nullHeight, nullHeight, 9}));
     EXPECT_EQ(map.validCount, 3u);
     EXPECT_TRUE(HasNote(map, "valid points"));
 }
 
 TEST_F(X3pReader, Valid_points_of_another_size_are_refused)
 {
-    const auto xml = Replaced(X3pXml(5, 2, "I"), "</DataLink>",
-                              "<ValidPointsLink>bindata/valid.bin</ValidPointsLink></DataLink>");
+    const auto xml =
+        Replaced(X3pXml(5, 2, "I"), "</DataLink>", "<ValidPointsLink>bindata/valid.bin</ValidPointsLink></DataLink>");
     for (const char* bits : {"", "1", "123", "1234567890"})
     {
-        EXPECT_TRUE(Contains(Refusal({{"main.xml", xml},
-                                      {"bindata/data.bin", std::string(20, '\0')},
-                                      {"bindata/valid.bin", bits}}),
-                             "bindata/valid.bin: the entry has " + std::to_string(std::strlen(bits)) + " bytes"));
+        EXPECT_TRUE(Contains(
+            Refusal({{"main.xml", xml}, {"bindata/data.bin", std::string(20, '\0')}, {"bindata/valid.bin", bits}}),
+            "bindata/valid.bin: the entry has " + std::to_string(std::strlen(bits)) + " bytes"));
     }
 }
 
@@ -147,10 +146,9 @@ TEST_F(X3pReader, Root_may_stand_in_a_name_space_or_in_none_and_so_may_its_child
 {
     const std::string data = BytesOf(std::vector<std::int16_t>{1, 2});
     const std::string start = "<p:ISO5436_2 xmlns:p=\"http://www.opengps.eu/2008/ISO5436_2\">";
-    const std::string plain = Replaced(Replaced(X3pXml(2, 1, "I"), start, "<ISO5436>"), "</p:ISO5436_2>",
-                                       "</ISO5436>");
-    const std::string prefixed = Replaced(Replaced(X3pXml(2, 1, "I"), "<Record3>", "<p:Record3>"), "</Record3>",
-                                          "</p:Record3>");
+    const std::string plain = Replaced(Replaced(X3pXml(2, 1, "I"), start, "<ISO5436>"), "</p:ISO5436_2>", "</ISO5436>");
+    const std::string prefixed =
+        Replaced(Replaced(X3pXml(2, 1, "I"), "<Record3>", "<p:Record3>"), "</Record3>", "</p:Record3>");
     const std::string byteOrderMark = "\xef\xbb\xbf" + X3pXml(2, 1, "I");
     for (const std::string& xml : {plain, prefixed, byteOrderMark})
     {
@@ -172,8 +170,8 @@ TEST_F(X3pReader, Scan_in_a_subfolder_is_found_beside_what_macOS_adds)
 TEST_F(X3pReader, Stored_entries_and_links_from_here_are_read)
 {
     const auto xml = Replaced(X3pXml(2, 1, "I"), "bindata/data.bin", "./bindata/data.bin");
-    const auto map = Read({{"main.xml", xml}, {"bindata/data.bin", BytesOf(std::vector<std::int16_t>{1, 2})}},
-                          ZIP_CM_STORE);
+    const auto map =
+        Read({{"main.xml", xml}, {"bindata/data.bin", BytesOf(std::vector<std::int16_t>{1, 2})}}, ZIP_CM_STORE);
     EXPECT_EQ(map.heights, (Heights{1, 2}));
 }
 
@@ -320,8 +318,8 @@ TEST_F(X3pReader, Entries_packed_in_another_way_are_refused)
     {
         GTEST_SKIP() << "this build of libzip cannot write such an archive";
     }
-    EXPECT_TRUE(Contains(Refusal({{"main.xml", X3pXml(2, 2, "D")}, {"bindata/data.bin", FourDoubles()}},
-                                 ZIP_CM_BZIP2), "main.xml: the entry is encrypted or packed in an unusual way"));
+    EXPECT_TRUE(Contains(Refusal({{"main.xml", X3pXml(2, 2, "D")}, {"bindata/data.bin", FourDoubles()}}, ZIP_CM_BZIP2),
+                         "main.xml: the entry is encrypted or packed in an unusual way"));
 }
 
 TEST_F(X3pReader, Archives_that_are_no_scans_are_refused)
@@ -334,4 +332,4 @@ TEST_F(X3pReader, Archives_that_are_no_scans_are_refused)
     EXPECT_TRUE(Contains(ErrorOf([&] { return ReadX3p(folder / "none.x3p"); }), "none.x3p: there is no such file"));
     EXPECT_TRUE(Contains(ErrorOf([&] { return ReadX3p(folder / "."); }), "not a file"));
 }
-}
+} // namespace

@@ -93,7 +93,7 @@ private:
     Ta::Params::Group params;
     Ta::Params::Value<int> number;
 };
-}
+} // namespace
 
 TA_EXPORT_TOOLS(TaPipe::PluginTool<ThrowsException>("ThrowsException", "1.0"),
                 TaPipe::PluginTool<ThrowsInt>("ThrowsInt", "1.0"), CompleteTool("GivesNothing"),

@@ -232,7 +232,7 @@ public:
 private:
     Ta::Params::Group params;
 };
-}
+} // namespace
 
 TA_EXPORT_TOOLS(TaPipe::PluginTool<Dynamic>("Dynamic", "1.2.3"), TaPipe::PluginTool<Diary>("Diary", "1.0"),
                 TaPipe::PluginTool<Sender>("Sender", "1.0"), TaPipe::PluginTool<Doubler>("Doubler", "1.0"))

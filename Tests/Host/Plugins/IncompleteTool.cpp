@@ -8,6 +8,6 @@ constexpr TaPluginTool WithoutDestroy()
     tool.destroy = nullptr;
     return tool;
 }
-}
+} // namespace
 
 TA_EXPORT_TOOLS(WithoutDestroy())

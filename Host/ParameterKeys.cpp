@@ -1,0 +1,91 @@
+#include <Host/ParameterKeys.h>
+
+#include <Host/Names.h>
+
+#include <TaApi/PropertiesValue.h>
+
+#include <algorithm>
+
+namespace Mu::Host
+{
+namespace
+{
+using Ta::Properties::Leaf;
+using Ta::Properties::Node;
+using Ta::Properties::Structure;
+
+void CollectPaths(const Node& node, const std::string& prefix, std::vector<std::string>& paths)
+{
+    const auto* const structure = dynamic_cast<const Structure*>(&node);
+    if (structure == nullptr)
+    {
+        return;
+    }
+    for (std::size_t i = 0; i < structure->Count(); ++i)
+    {
+        const Node& child = structure->At(i);
+        paths.push_back(prefix + child.Name());
+        CollectPaths(child, paths.back() + "/", paths);
+    }
+}
+
+bool HasLeaf(const Structure& group, const char* key)
+{
+    return dynamic_cast<const Leaf*>(group.Find(key)) != nullptr;
+}
+} // namespace
+
+std::vector<std::string> ParameterPaths(const Node& root)
+{
+    std::vector<std::string> paths;
+    CollectPaths(root, "", paths);
+    std::ranges::sort(paths);
+    return paths;
+}
+
+std::string KnownKeys(const Node& root, const std::string& path)
+{
+    const auto* group = dynamic_cast<const Structure*>(&root);
+    std::string key = path;
+    while (group != nullptr)
+    {
+        const std::size_t slash = key.find('/');
+        const auto* const inner =
+            slash == std::string::npos ? nullptr : dynamic_cast<const Structure*>(group->Find(key.substr(0, slash)));
+        if (inner == nullptr)
+        {
+            break;
+        }
+        group = inner;
+        key.erase(0, slash + 1);
+    }
+    std::vector<std::string> known;
+    for (std::size_t i = 0; group != nullptr && i < group->Count(); ++i)
+    {
+        known.push_back(group->At(i).Name());
+    }
+    return KnownNames(key, known);
+}
+
+bool IsRegion(const Structure& group)
+{
+    return HasLeaf(group, "x") && HasLeaf(group, "width");
+}
+
+bool GivesRegionValues(const Node& root, const nlohmann::json& values)
+{
+    const auto* const group = dynamic_cast<const Structure*>(&root);
+    if (group == nullptr || !values.is_object() || values.empty())
+    {
+        return false;
+    }
+    if (IsRegion(*group))
+    {
+        return true;
+    }
+    return std::ranges::any_of(values.items(), [group](const auto& item) {
+        const Node* const child = group->Find(item.key());
+        return child != nullptr && GivesRegionValues(*child, item.value());
+    });
+}
+} // namespace Mu::Host

@@ -1,0 +1,290 @@
+#include <Host/Program.h>
+
+#include <Host/CommandLineJob.h>
+#include <Host/Error.h>
+#include <Host/FailureText.h>
+#include <Host/JobRunner.h>
+#include <Host/ResultFiles.h>
+#include <Host/ResultTable.h>
+#include <Host/TextTable.h>
+#include <Host/ToolDescription.h>
+#include <Host/WholeFile.h>
+
+#include <TaApi/Logging.h>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <ostream>
+#include <system_error>
+
+namespace Mu::Host
+{
+namespace
+{
+namespace fs = std::filesystem;
+
+constexpr const char* examples = R"(Examples:
+  tlk list
+  tlk inspect SurfaceHeight
+  tlk run Examples/Jobs/plate.json
+  tlk run SurfaceHeight scan.x3p --limits Mean=-0.05:0.05 --csv results.csv
+
+Exit codes: 0 all decisions passed; 1 a measurement is outside its limits, or has limits but no value;
+2 bad use, or a bad job, scan, parameter or plug-in: one message says what, and nothing is written.)";
+
+constexpr const char* runNotes =
+    R"(A scan is a grey TIFF height map (with spacing and axes in SCAN.json) or an X3P file.
+A parameter's value is JSON if it reads as JSON, else a text; keys of groups are joined by slashes:
+  tlk run TOOL SCAN --param Region/width=12.5 --param 'Name="7"'
+With "-" as file, JSON or CSV goes to the terminal instead of the table.)";
+
+/// Standard output, where a file name is asked for.
+constexpr const char* terminal = "-";
+
+struct Options
+{
+    std::vector<std::string> toolFolders;
+    std::string inspected;
+    std::string subject;
+    CommandLineJob words;
+    std::string jsonFile;
+    std::string csvFile;
+    bool asJson = false;
+    bool verbose = false;
+};
+
+/// Shows what tools log, on `err`, as long as it lives.
+class LogLines
+{
+public:
+    explicit LogLines(std::ostream& err)
+        : former(Ta::Logging::SetLogHandler({&LogLines::Write, &err}))
+    {
+    }
+
+    LogLines(const LogLines&) = delete;
+    LogLines& operator=(const LogLines&) = delete;
+
+    ~LogLines()
+    {
+        Ta::Logging::SetLogHandler(former);
+    }
+
+private:
+    static zStatus Write(const Ta::Logging::LogRecord& record, void* context)
+    {
+        using namespace Ta::Logging;
+        // A refused parameter is raised as well, with its path: that message is the better one.
+        if (record.level == LEVEL_ERROR && std::string_view(record.source) == "Params validation")
+        {
+            return zOK;
+        }
+        const char* const level = record.level == LEVEL_ERROR     ? "error"
+                                  : record.level == LEVEL_WARNING ? "warning"
+                                                                  : "information";
+        *static_cast<std::ostream*>(context)
+            << fmt::format("{}: {}: {}\n", level, TerminalText(record.source), TerminalText(record.text));
+        return zOK;
+    }
+
+    Ta::Logging::LogHandler former;
+};
+
+fs::path ProgramFolder(const std::string& programName)
+{
+    std::error_code failure;
+    const fs::path self = fs::read_symlink("/proc/self/exe", failure);
+    return failure ? fs::absolute(programName).parent_path() : self.parent_path();
+}
+
+class Program
+{
+public:
+    Program(const std::vector<std::string>& words, std::ostream& results, std::ostream& messages)
+        : arguments(words)
+        , out(results)
+        , err(messages)
+    {
+    }
+
+    ExitCode Run()
+    {
+        CLI::App app("Runs measurement tools on scans.", "tlk");
+        Describe(app);
+        std::vector<const char*> words;
+        std::ranges::transform(arguments, std::back_inserter(words), [](const auto& word) { return word.c_str(); });
+        try
+        {
+            app.parse(static_cast<int>(words.size()), words.data());
+        }
+        catch (const CLI::ParseError& end)
+        {
+            return app.exit(end, out, err) == 0 ? ExitCode::Passed : ExitCode::BadInput;
+        }
+        return Act(app);
+    }
+
+private:
+    void Describe(CLI::App& app)
+    {
+        app.set_version_flag("--version", "tlk " MU_VERSION);
+        app.require_subcommand(1);
+        app.fallthrough();
+        app.footer(examples);
+        app.add_option("--tools", options.toolFolders, "Folder with plug-ins, instead of the program's own; repeatable")
+            ->type_name("DIR")
+            ->allow_extra_args(false);
+        auto* const list = app.add_subcommand("list", "Shows the tools at hand");
+        list->add_flag("--json", options.asJson, "As JSON");
+        auto* const inspect = app.add_subcommand("inspect", "Shows inputs, outputs, actions and parameters of a tool");
+        inspect->add_option("TOOL", options.inspected, "Type of the tool")->required();
+        inspect->add_flag("--json", options.asJson, "As JSON");
+        DescribeRun(*app.add_subcommand("run", "Runs a job, or one tool on scans"));
+    }
+
+    void DescribeRun(CLI::App& run)
+    {
+        run.footer(runNotes);
+        run.add_option("JOB|TOOL", options.subject, "Job file, or type of a tool")->required();
+        run.add_option("SCAN", options.words.scans, "Scans for the tool");
+        const auto addList = [&run](const char* name, std::vector<std::string>& words, const char* help,
+                                    const char* form) {
+            run.add_option(name, words, help)->type_name(form)->allow_extra_args(false);
+        };
+        addList("--param", options.words.parameters, "Parameter of the tool; repeatable", "KEY=VALUE");
+        addList("--limits", options.words.limits, "Decision limits of an output; repeatable", "OUTPUT=LOW:HIGH");
+        run.add_option("--json", options.jsonFile, "Write the results as JSON")->type_name("FILE");
+        run.add_option("--csv", options.csvFile, "Write the results as comma-separated values")->type_name("FILE");
+        run.add_flag("--verbose", options.verbose, "Show what the scan reader notes");
+    }
+
+    ExitCode Act(const CLI::App& app)
+    {
+        const LogLines logLines(err);
+        try
+        {
+            ToolRegistry registry(MU_VERSION);
+            AddTools(registry);
+            const ExitCode code = app.got_subcommand("list")      ? List(registry)
+                                  : app.got_subcommand("inspect") ? Inspect(registry)
+                                                                  : RunJobs(registry);
+            if (!out.flush())
+            {
+                throw Error("The results cannot be written to the terminal. Check where they go.");
+            }
+            return code;
+        }
+        catch (...)
+        {
+            // Errors tell all there is to say; anything else is no more than its text.
+            err << "tlk: " << TerminalText(CurrentFailureText()) << '\n';
+            return ExitCode::BadInput;
+        }
+    }
+
+    void AddTools(ToolRegistry& registry)
+    {
+        std::vector<fs::path> folders(options.toolFolders.begin(), options.toolFolders.end());
+        if (folders.empty())
+        {
+            folders = StandardToolFolders(ProgramFolder(arguments.empty() ? "tlk" : arguments[0]));
+        }
+        for (const fs::path& folder : folders)
+        {
+            registry.AddFolder(folder);
+        }
+        for (const std::string& failure : registry.Failures())
+        {
+            err << "tlk: " << TerminalText(failure) << '\n';
+        }
+    }
+
+    ExitCode List(const ToolRegistry& registry)
+    {
+        out << (options.asJson ? Dumped(ToolListJson(registry)) : ToolListText(registry));
+        return registry.Failures().empty() ? ExitCode::Passed : ExitCode::BadInput;
+    }
+
+    ExitCode Inspect(const ToolRegistry& registry)
+    {
+        const ToolType& type = FindType(registry, options.inspected, {"command line", "inspect"});
+        out << (options.asJson ? Dumped(ToolJson(type)) : ToolText(type));
+        return ExitCode::Passed;
+    }
+
+    /// A word that is no tool at hand is a job if there is such a file, or if it looks like one.
+    bool IsJob(const ToolRegistry& registry) const
+    {
+        const fs::path file(options.subject);
+        std::error_code ignored;
+        return registry.Find(options.subject) == nullptr &&
+               (fs::exists(file, ignored) || file.has_extension() || file.has_parent_path());
+    }
+
+    Job JobOfWords(const ToolRegistry& registry)
+    {
+        const JobPlace place{"command line", "run"};
+        if (IsJob(registry))
+        {
+            if (!options.words.scans.empty() || !options.words.parameters.empty() || !options.words.limits.empty())
+            {
+                place.Fail("a job tells its scans, parameters and limits itself",
+                           "Write them into the job, or give a tool in place of the job");
+            }
+            return ReadJob(options.subject);
+        }
+        options.words.tool = FindType(registry, options.subject, place).Name();
+        if (options.words.scans.empty())
+        {
+            place.Fail("there is no scan for the tool", "Name one scan or more behind the tool");
+        }
+        return MakeJob(options.words);
+    }
+
+    ExitCode RunJobs(const ToolRegistry& registry)
+    {
+        const bool jsonShown = options.jsonFile == terminal;
+        const bool csvShown = options.csvFile == terminal;
+        if (jsonShown && csvShown)
+        {
+            JobPlace{"command line", "run"}.Fail("JSON and CSV cannot both go to the terminal",
+                                                 "Write one of them into a file");
+        }
+        const RunResult run = RunJob(JobOfWords(registry), registry);
+        const std::string json = options.jsonFile.empty() ? "" : Dumped(ResultJson(run));
+        const std::string csv = options.csvFile.empty() ? "" : ResultCsv(run);
+        Deliver(options.jsonFile, json);
+        Deliver(options.csvFile, csv);
+        if (!jsonShown && !csvShown)
+        {
+            out << ResultTable(run, options.verbose ? Notes::Whole : Notes::Count);
+        }
+        return HasPassed(run) ? ExitCode::Passed : ExitCode::Failed;
+    }
+
+    void Deliver(const std::string& file, const std::string& text)
+    {
+        if (file == terminal)
+        {
+            out << text;
+        }
+        else if (!file.empty())
+        {
+            WriteWholeFile(file, text);
+        }
+    }
+
+    const std::vector<std::string>& arguments;
+    std::ostream& out;
+    std::ostream& err;
+    Options options;
+};
+} // namespace
+
+ExitCode RunProgram(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err)
+{
+    return Program(arguments, out, err).Run();
+}
+} // namespace Mu::Host

@@ -1,0 +1,92 @@
+#include <Host/ScanReader.h>
+
+#include <Host/Error.h>
+#include <Host/ScanFile.h>
+#include <Host/TiffReader.h>
+#include <Host/X3pReader.h>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <new>
+#include <string>
+
+namespace Mu::Host
+{
+namespace
+{
+using nlohmann::json;
+
+/// Options and where the job gives them.
+struct JobOptions
+{
+    const json& values;
+    std::string_view place;
+};
+
+HeightMap ReadTiffScan(const std::filesystem::path& file, const JobOptions& job)
+{
+    return ReadTiff(file, ReadTiffOptions(file, job.values, job.place));
+}
+
+HeightMap ReadX3pScan(const std::filesystem::path& file, const JobOptions& job)
+{
+    if (!job.values.is_null() && !job.values.empty())
+    {
+        throw Error(std::string(job.place), "options of " + file.string(), "an X3P file takes no options",
+                    "Remove them: the file tells spacing, offset and invalid samples itself");
+    }
+    return ReadX3p(file);
+}
+
+struct Format
+{
+    std::string_view start;
+    HeightMap (*read)(const std::filesystem::path&, const JobOptions&);
+};
+
+using namespace std::string_view_literals;
+
+// TIFF and BigTIFF in both byte orders; zip archives, of which X3P is one, with entries and without.
+constexpr std::array formats{Format{"II*\0"sv, &ReadTiffScan},     Format{"MM\0*"sv, &ReadTiffScan},
+                             Format{"II+\0"sv, &ReadTiffScan},     Format{"MM\0+"sv, &ReadTiffScan},
+                             Format{"PK\x03\x04"sv, &ReadX3pScan}, Format{"PK\x05\x06"sv, &ReadX3pScan}};
+
+std::string FirstBytes(const std::filesystem::path& file)
+{
+    RequireReadableFile(file);
+    std::string start(4, '\0');
+    std::ifstream stream(file, std::ios::binary);
+    stream.read(start.data(), static_cast<std::streamsize>(start.size()));
+    start.resize(static_cast<std::size_t>(stream.gcount()));
+    return start;
+}
+} // namespace
+
+HeightMap ReadScan(const std::filesystem::path& file, const json& options, std::string_view optionsPlace)
+{
+    const std::string start = FirstBytes(file);
+    const auto format = std::ranges::find(formats, std::string_view(start), &Format::start);
+    if (format == formats.end())
+    {
+        throw Error(file, "first bytes", "the file begins neither as a TIFF nor as an X3P file",
+                    "Give a scan as a grey TIFF height map or as X3P, and check that the file is not damaged");
+    }
+    try
+    {
+        return format->read(file, JobOptions{options, optionsPlace});
+    }
+    catch (const std::bad_alloc&)
+    {
+        throw Error(file, "", "there is not enough memory for a scan of this size",
+                    "Close other programs, or export a smaller part of the scan");
+    }
+}
+
+HeightMap ReadScan(const std::filesystem::path& file)
+{
+    return ReadScan(file, json(), "");
+}
+} // namespace Mu::Host

@@ -1,0 +1,333 @@
+#include "HostTestFiles.h"
+
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <sstream>
+
+namespace
+{
+using namespace Mu::Host::Testing;
+using nlohmann::json;
+namespace fs = std::filesystem;
+
+struct Ended
+{
+    int code = -1;
+    std::string out;
+    std::string err;
+};
+
+/// Runs the program by the shell, with the words of a command line behind its name.
+class Program : public testing::Test
+{
+protected:
+    Ended Run(const std::string& words)
+    {
+        const fs::path err = folder / "err";
+        const std::string command =
+            "cd '" + (folder / "").string() + "' && '" MU_PROGRAM "' " + words + " 2>'" + err.string() + "'";
+        FILE* const pipe = popen(command.c_str(), "r");
+        Ended ended;
+        std::array<char, 4096> block{};
+        for (std::size_t size = 0; (size = fread(block.data(), 1, block.size(), pipe)) > 0;)
+        {
+            ended.out.append(block.data(), size);
+        }
+        const int status = pclose(pipe);
+        ended.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        ended.err = ReadBytes(err);
+        fs::remove(err);
+        return ended;
+    }
+
+    static std::string Example(const std::string& name)
+    {
+        return "'" MU_EXAMPLES_DIR "/" + name + "'";
+    }
+
+    std::vector<std::string> Files() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder / ""))
+        {
+            names.push_back(entry.path().filename().string());
+        }
+        return names;
+    }
+
+    static std::string Plugins(const char* name)
+    {
+        return "--tools '" + fs::path(MU_PLUGINS_DIR).string() + "' " + name;
+    }
+
+    TemporaryFolder folder;
+};
+
+std::vector<std::string> Lines(const std::string& text)
+{
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);)
+    {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+TEST_F(Program, lists_the_tools_beside_it)
+{
+    const Ended ended = Run("list");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_EQ(ended.err, "");
+    EXPECT_TRUE(Contains(ended.out, "SurfaceHeight  1.0.0    Height"));
+    const Ended asJson = Run("list --json");
+    EXPECT_EQ(asJson.code, 0);
+    EXPECT_EQ(json::parse(asJson.out)[0]["type"], "SurfaceHeight");
+}
+
+TEST_F(Program, reports_broken_plugins_and_lists_the_others)
+{
+    const Ended ended = Run(Plugins("list"));
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_TRUE(Contains(ended.out, "Dynamic"));
+    EXPECT_EQ(Lines(ended.err).size(), 9U) << ended.err;
+    for (const std::string& line : Lines(ended.err))
+    {
+        EXPECT_EQ(line.find("tlk: " MU_PLUGINS_DIR), 0U) << line;
+    }
+}
+
+TEST_F(Program, inspects_a_tool)
+{
+    const Ended ended = Run("inspect SurfaceHeight");
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_TRUE(Contains(ended.out, "\nInputs\n  Surface  required  uniform surface, point surface\n"));
+    EXPECT_TRUE(Contains(ended.out, "\nOutputs\n  Minimum       measurement  mm  Minimum\n"));
+    const json tool = json::parse(Run("inspect SurfaceHeight --json").out);
+    EXPECT_EQ(tool["type"], "SurfaceHeight");
+    EXPECT_EQ(tool["inputs"][0]["id"], "Surface");
+    EXPECT_EQ(tool["inputs"][0]["optional"], false);
+    EXPECT_EQ(tool["outputs"].size(), 6U);
+    EXPECT_EQ(tool["outputs"][5]["units"], "%");
+    EXPECT_EQ(tool["parameters"]["type"], "object");
+}
+
+TEST_F(Program, inspects_parameters_with_their_range)
+{
+    const Ended ended = Run(Plugins("inspect Dynamic"));
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_TRUE(Contains(ended.out, "\nParameters\n         type     value  range        title\n"
+                                    "  Count  integer  0      from 0 to 4  Count\n"));
+    const json tool = json::parse(Run(Plugins("inspect Dynamic --json")).out);
+    EXPECT_EQ(tool["parameters"]["properties"]["Count"]["maximum"], 4);
+    EXPECT_EQ(tool["values"]["Count"], 0);
+}
+
+TEST_F(Program, runs_the_job_of_the_plate_and_all_decisions_pass)
+{
+    const Ended ended = Run("run " + Example("Jobs/plate.json"));
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_EQ(ended.err, "");
+    EXPECT_TRUE(Contains(ended.out, "Maximum          31.3  mm  30.5 to 31.5  pass\n"));
+    EXPECT_TRUE(Contains(ended.out, "4 passed, 0 failed\n"));
+    for (const std::string& line : Lines(ended.out))
+    {
+        EXPECT_LE(line.size(), 80U) << line;
+    }
+}
+
+TEST_F(Program, runs_the_job_of_the_land_and_all_decisions_pass)
+{
+    const Ended ended = Run("run --verbose " + Example("Jobs/land.json"));
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    EXPECT_TRUE(Contains(ended.out, "PeakToValley      0.131972  mm  0.1 to 0.15  pass\n"));
+    EXPECT_TRUE(Contains(ended.out, "main.xml/Record3/Mask was ignored.\n"));
+}
+
+TEST_F(Program, ends_with_1_when_a_decision_fails)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    const Ended ended = Run("run SurfaceHeight a.tif --limits Mean=0:2 --limits Maximum=:6");
+    EXPECT_EQ(ended.code, 1) << ended.err;
+    EXPECT_TRUE(Contains(ended.out, "0 to 2   FAIL\n"));
+    EXPECT_TRUE(Contains(ended.out, "1 passed, 1 failed\n"));
+}
+
+TEST_F(Program, ends_with_1_when_there_is_no_value_to_hold_against_limits)
+{
+    WriteSmallScan(folder / "none.tif", {0, 0, 0, 0});
+    EXPECT_EQ(Run("run SurfaceHeight none.tif").code, 0);
+    const Ended ended = Run("run SurfaceHeight none.tif --limits Mean=0:2");
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_TRUE(Contains(ended.out, "0 passed, 0 failed, 1 without a value to decide on\n"));
+}
+
+TEST_F(Program, takes_parameters_from_the_command_line)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    const Ended ended = Run(Plugins("run Dynamic a.tif --param Count=1 --param 'Region 1/Points=1' "
+                                    "--param 'Region 1/Point 1=2.5' --csv -"));
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_TRUE(Contains(ended.out, "a.tif,Dynamic,Sum,,value,2.5,,,,\n"));
+}
+
+TEST_F(Program, writes_the_same_numbers_as_json_and_csv)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    WriteSmallScan(folder / "b.tif", {0, 3, 4, 9});
+    const Ended ended = Run("run SurfaceHeight a.tif b.tif --json r.json --csv r.csv --limits Mean=1:5.5");
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    const json document = json::parse(ReadBytes(folder / "r.json"));
+    const std::vector<std::string> csv = Lines(ReadBytes(folder / "r.csv"));
+    ASSERT_EQ(csv.size(), 13U);
+    std::size_t line = 1;
+    for (const json& scan : document["scans"])
+    {
+        for (const json& result : scan["results"])
+        {
+            std::vector<std::string> fields;
+            std::istringstream stream(csv.at(line++) + ",");
+            for (std::string field; std::getline(stream, field, ',');)
+            {
+                fields.push_back(field);
+            }
+            ASSERT_EQ(fields.size(), 10U);
+            EXPECT_EQ(fields[0], scan["file"]);
+            EXPECT_EQ(fields[2], result["output"]);
+            EXPECT_EQ(std::stod(fields[5]), result["value"].get<double>());
+            EXPECT_EQ(fields[9], result.value("decision", ""));
+        }
+    }
+    EXPECT_TRUE(document["passed"].get<bool>());
+    EXPECT_EQ(document["scans"][1]["results"][2]["value"], 16.0 / 3);
+}
+
+TEST_F(Program, shows_json_or_csv_in_place_of_the_table)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    const Ended asJson = Run("run SurfaceHeight a.tif --json -");
+    EXPECT_EQ(json::parse(asJson.out)["scans"].size(), 1U);
+    const Ended asCsv = Run("run SurfaceHeight a.tif --csv -");
+    EXPECT_EQ(Lines(asCsv.out).size(), 7U);
+}
+
+TEST_F(Program, tells_its_version_and_help)
+{
+    EXPECT_TRUE(Contains(Run("--version").out, "tlk "));
+    const Ended help = Run("--help");
+    EXPECT_EQ(help.code, 0);
+    EXPECT_TRUE(Contains(help.out, "tlk run SurfaceHeight scan.x3p"));
+    EXPECT_TRUE(Contains(help.out, "Exit codes: 0"));
+    EXPECT_EQ(Run("run --help").code, 0);
+}
+
+struct Case
+{
+    const char* name;
+    const char* words;
+    const char* says;
+};
+
+class Bad_use : public Program, public testing::WithParamInterface<Case>
+{
+};
+
+TEST_P(Bad_use, ends_with_2_and_one_message_and_writes_nothing)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    WriteBytes(folder / "text.tif", "no scan at all");
+    WriteBytes(folder / "half.tif", ReadBytes(folder / "a.tif").substr(0, 30));
+    WriteBytes(folder / "half.tif.json", R"({"spacing": [1, 1, 1]})");
+    WriteBytes(folder / "text.json", "no job at all");
+    WriteBytes(folder / "key.json", R"({"scans": ["a.tif"], "tools": [{"type": "SurfaceHeight", "output": {}}]})");
+    const auto before = Files();
+    const Ended ended = Run(GetParam().words);
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_TRUE(Contains(ended.err, GetParam().says));
+    EXPECT_EQ(Lines(ended.err).size(), 1U) << ended.err;
+    EXPECT_EQ(Files(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , Bad_use,
+    testing::Values(
+        Case{"missing_folder", "--tools none list", "tlk: none: the folder of tools cannot be read"},
+        Case{"unknown_tool", "inspect SurfaceHeigth",
+             "tlk: command line: inspect: there is no tool \"SurfaceHeigth\". Did you mean \"SurfaceHeight\"?"},
+        Case{"unknown_tool_to_run", "run Surface a.tif", "tlk: command line: run: there is no tool \"Surface\"."},
+        Case{"no_scan", "run SurfaceHeight", "tlk: command line: run: there is no scan for the tool."},
+        Case{"missing_job", "run none.json --json r.json", "tlk: none.json: there is no such file."},
+        Case{"job_no_json", "run text.json --json r.json", "tlk: text.json: The document is no JSON"},
+        Case{"job_unknown_key", "run key.json --json r.json",
+             "tlk: key.json: tools[0].output: there is no such key. Did you mean \"outputs\"?"},
+        Case{"job_with_scans", "run key.json a.tif", "a job tells its scans, parameters and limits itself."},
+        Case{"unknown_parameter", "run SurfaceHeight a.tif --param Width=3 --csv r.csv",
+             "tlk: command line: SurfaceHeight.parameters.Width: tool SurfaceHeight has no such parameter."},
+        Case{"unknown_output", "run SurfaceHeight a.tif --limits Men=1:2",
+             "tlk: command line: --limits: tool \"SurfaceHeight\" (SurfaceHeight) has no output \"Men\". Did you mean "
+             "\"Mean\"?"},
+        Case{"missing_scan", "run SurfaceHeight a.tif none.tif --csv r.csv", "tlk: none.tif: there is no such file."},
+        Case{"scan_of_another_format", "run SurfaceHeight a.tif text.tif --csv r.csv",
+             "tlk: text.tif: first bytes: the file begins neither as a TIFF nor as an X3P file."},
+        Case{"truncated_scan", "run SurfaceHeight half.tif --csv r.csv", "tlk: half.tif: "},
+        Case{"no_folder_for_results", "run SurfaceHeight a.tif --json none/r.json", "none/r.json: "},
+        Case{"two_on_the_terminal", "run SurfaceHeight a.tif --json - --csv -",
+             "JSON and CSV cannot both go to the terminal."}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+class Bad_words_for : public Program, public testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(Bad_words_for, the_program_end_with_2_and_point_to_the_help)
+{
+    const Ended ended = Run(GetParam());
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_TRUE(Contains(ended.err, "--help"));
+}
+
+INSTANTIATE_TEST_SUITE_P(, Bad_words_for,
+                         testing::Values("", "walk", "run", "run T a.tif --colour", "inspect", "list x"),
+                         [](const auto& test) { return "case_" + std::to_string(test.index); });
+
+TEST_F(Program, writes_no_result_when_a_later_file_cannot_be_written)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    WriteBytes(folder / "r.csv", "old");
+    EXPECT_EQ(Run("run SurfaceHeight a.tif --json none/r.json --csv r.csv").code, 2);
+    EXPECT_EQ(ReadBytes(folder / "r.csv"), "old");
+}
+
+struct FailingCase
+{
+    const char* type;
+    const char* says;
+};
+
+class Failing_tool_in : public Program, public testing::WithParamInterface<FailingCase>
+{
+};
+
+TEST_P(Failing_tool_in, the_program_ends_it_with_2_and_names_the_tool)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    const std::string words = std::string("run ") + GetParam().type + " a.tif --csv r.csv";
+    const Ended ended = Run(Plugins(words.c_str()));
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_TRUE(Contains(Lines(ended.err).back(), GetParam().says));
+    EXPECT_TRUE(Contains(Lines(ended.err).back(), GetParam().type));
+    EXPECT_FALSE(fs::exists(folder / "r.csv"));
+}
+
+INSTANTIATE_TEST_SUITE_P(, Failing_tool_in,
+                         testing::Values(FailingCase{"ThrowsException", "the camera is not calibrated"},
+                                         FailingCase{"ThrowsInt", "an exception that is no std::exception"},
+                                         FailingCase{"FailsInInit", "failed when it was set up: this step failed"},
+                                         FailingCase{"FailsInStop", "failed when it stopped: this step failed"}),
+                         [](const auto& test) { return std::string(test.param.type); });
+} // namespace

@@ -1,0 +1,210 @@
+#include <Host/ToolRunner.h>
+
+#include <Host/ScanMessage.h>
+#include <Host/ScanReader.h>
+
+#include "HostTestFiles.h"
+
+#include <Support/Builders.h>
+
+#include <cmath>
+#include <random>
+
+namespace
+{
+using namespace Mu::Host;
+using namespace Mu::Host::Testing;
+using Support::NullPixel;
+
+class SurfaceHeight : public testing::Test
+{
+protected:
+    SurfaceHeight()
+    {
+        runner.Route("Surface", "scan", place);
+        runner.Start();
+    }
+
+    std::vector<Result> Measure(const Ta::Object<void*>& message)
+    {
+        return runner.Execute({{"Surface", {message}}});
+    }
+
+    const JobPlace place{"job.json", "tools[0]"};
+    ToolRegistry registry = RegistryOf({});
+    ToolRunner runner{*registry.Find("SurfaceHeight"), "height", place};
+};
+
+double ValueOf(const std::vector<Result>& results, std::string_view output)
+{
+    const Result result = ResultOf(results, output);
+    EXPECT_EQ(result.state, ResultState::Value) << output;
+    return result.value;
+}
+
+TEST_F(SurfaceHeight, of_hand_worked_pixels)
+{
+    // Pixels 2, 4, 6, 12 at 5 + z / 2: 6, 7, 8, 11 mm. Mean 8; squares of the differences 4 + 1 + 0 + 9 = 14.
+    const auto results =
+        Measure(Support::Surface({{2, 4, NullPixel}, {6, 12, NullPixel}}).Offset(9, 9, 5).Scale(1, 1, 0.5));
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Minimum"), 6);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Maximum"), 11);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Mean"), 8);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "PeakToValley"), 5);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Rms"), std::sqrt(3.5));
+    EXPECT_NEAR(ValueOf(results, "ValidShare"), 200.0 / 3, 1e-12);
+    EXPECT_EQ(ResultOf(results, "Rms").units, "mm");
+    EXPECT_EQ(ResultOf(results, "ValidShare").units, "%");
+}
+
+TEST_F(SurfaceHeight, of_a_point_surface_takes_the_z_of_its_points)
+{
+    const auto results = Measure(Support::PointSurface({{{100, 0, 2}, {200, 0, 4}, {NullPixel, NullPixel, NullPixel}},
+                                                        {{-300, 0, 6}, {0, 0, 12}, {NullPixel, NullPixel, NullPixel}}})
+                                     .Offset(9, 9, 5)
+                                     .Scale(1, 1, 0.5));
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Minimum"), 6);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Maximum"), 11);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Rms"), std::sqrt(3.5));
+    EXPECT_NEAR(ValueOf(results, "ValidShare"), 200.0 / 3, 1e-12);
+}
+
+TEST_F(SurfaceHeight, without_a_valid_pixel_is_null_and_the_share_is_0)
+{
+    const auto results = Measure(Support::Surface({{NullPixel, NullPixel}}));
+    for (const char* const output : {"Minimum", "Maximum", "Mean", "PeakToValley", "Rms"})
+    {
+        EXPECT_EQ(ResultOf(results, output).state, ResultState::Null) << output;
+    }
+    EXPECT_EQ(ValueOf(results, "ValidShare"), 0);
+}
+
+TEST_F(SurfaceHeight, of_a_single_valid_pixel_has_no_spread)
+{
+    const auto results = Measure(Support::Surface({{NullPixel, -32767}}).Scale(1, 1, 0.001));
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Mean"), -32.767);
+    EXPECT_EQ(ValueOf(results, "Rms"), 0);
+    EXPECT_EQ(ValueOf(results, "PeakToValley"), 0);
+    EXPECT_EQ(ValueOf(results, "ValidShare"), 50);
+}
+
+TEST_F(SurfaceHeight, of_an_empty_surface_is_null)
+{
+    const auto results = Measure(Support::Surface({}));
+    EXPECT_EQ(ResultOf(results, "Mean").state, ResultState::Null);
+    EXPECT_EQ(ValueOf(results, "ValidShare"), 0);
+}
+
+TEST_F(SurfaceHeight, with_a_scale_that_points_down_swaps_its_ends)
+{
+    const auto results = Measure(Support::Surface({{1, 3}}).Scale(1, 1, -2));
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Minimum"), -6);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Maximum"), -2);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "PeakToValley"), 4);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Rms"), 2);
+}
+
+TEST_F(SurfaceHeight, keeps_its_digits_far_from_zero)
+{
+    // Alternately 32000 and 32001, a million times each: the spread is exactly half a count.
+    std::vector<z16s> row(2000);
+    for (std::size_t i = 0; i < row.size(); ++i)
+    {
+        row[i] = static_cast<z16s>(32000 + i % 2);
+    }
+    const auto results = Measure(Support::Surface(Support::Rows<z16s>(1000, row)));
+    EXPECT_EQ(ValueOf(results, "Mean"), 32000.5);
+    EXPECT_EQ(ValueOf(results, "Rms"), 0.5);
+}
+
+TEST_F(SurfaceHeight, of_a_null_scan_is_null)
+{
+    const auto results = Measure(Support::NullMessage());
+    EXPECT_EQ(ResultOf(results, "Mean").state, ResultState::Null);
+    EXPECT_EQ(ResultOf(results, "ValidShare").state, ResultState::Null);
+}
+
+/// The same in long doubles, in two passes, one pixel after the other.
+struct Reference
+{
+    long double minimum = 0;
+    long double maximum = 0;
+    long double mean = 0;
+    long double rms = 0;
+    std::size_t valid = 0;
+
+    explicit Reference(const HeightMap& map)
+    {
+        std::vector<long double> heights;
+        for (const std::int16_t height : map.heights)
+        {
+            if (height != HeightMap::nullHeight)
+            {
+                heights.push_back(map.offsetMm.z + map.scaleMm.z * static_cast<long double>(height));
+            }
+        }
+        valid = heights.size();
+        minimum = *std::ranges::min_element(heights);
+        maximum = *std::ranges::max_element(heights);
+        for (const long double height : heights)
+        {
+            mean += height / static_cast<long double>(valid);
+        }
+        for (const long double height : heights)
+        {
+            rms += (height - mean) * (height - mean) / static_cast<long double>(valid);
+        }
+        rms = std::sqrt(rms);
+    }
+};
+
+void ExpectAsReference(const std::vector<Result>& results, const HeightMap& map)
+{
+    const Reference expected(map);
+    EXPECT_NEAR(ValueOf(results, "Minimum"), static_cast<double>(expected.minimum), 1e-12);
+    EXPECT_NEAR(ValueOf(results, "Maximum"), static_cast<double>(expected.maximum), 1e-12);
+    EXPECT_NEAR(ValueOf(results, "PeakToValley"), static_cast<double>(expected.maximum - expected.minimum), 1e-12);
+    EXPECT_NEAR(ValueOf(results, "Mean"), static_cast<double>(expected.mean), 1e-11);
+    EXPECT_NEAR(ValueOf(results, "Rms"), static_cast<double>(expected.rms), 1e-11);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "ValidShare"),
+                     100 * static_cast<double>(expected.valid) / static_cast<double>(map.heights.size()));
+}
+
+TEST_F(SurfaceHeight, agrees_with_a_naive_reference_on_random_maps)
+{
+    const unsigned seed = 20240611;
+    std::mt19937 random(seed);
+    for (int round = 0; round < 2000; ++round)
+    {
+        std::vector<std::int16_t> heights(1 + random() % 100);
+        const auto nullsInTen = random() % 10;
+        for (std::int16_t& height : heights)
+        {
+            height = random() % 10 < nullsInTen ? HeightMap::nullHeight : static_cast<std::int16_t>(random());
+        }
+        heights.front() = static_cast<std::int16_t>(random() % 1000);
+        HeightMap map = SmallMap(1, heights);
+        map.scaleMm.z = 0.001;
+        ExpectAsReference(Measure(MakeSurfaceMessage(map, 0, nullptr)), map);
+        ASSERT_FALSE(HasFailure()) << "seed " << seed << ", round " << round;
+    }
+}
+
+TEST_F(SurfaceHeight, agrees_with_a_naive_reference_on_real_scans)
+{
+    for (const char* const scan : {"cylinder1.tif", "sample-land.x3p"})
+    {
+        const HeightMap map = ReadScan(ExampleScan(scan));
+        ExpectAsReference(Measure(MakeSurfaceMessage(map, 0, nullptr)), map);
+    }
+}
+
+TEST_F(SurfaceHeight, of_the_plate_is_what_its_publishers_tell)
+{
+    const auto results = Measure(MakeSurfaceMessage(ReadScan(ExampleScan("cylinder1.tif")), 0, nullptr));
+    EXPECT_NEAR(ValueOf(results, "Minimum"), 0.1, 1e-9);
+    EXPECT_NEAR(ValueOf(results, "Maximum"), 31.3, 1e-9);
+    // 1 024 099 of 1319 x 2101 samples are invalid.
+    EXPECT_DOUBLE_EQ(ValueOf(results, "ValidShare"), 100 * (1319.0 * 2101 - 1024099) / (1319.0 * 2101));
+}
+} // namespace
