@@ -1,0 +1,2 @@
+#include <MuTlkHelper/CommonTool.h>
+#include <TaPipe/CommonTool.h>

@@ -1,0 +1,7 @@
+#include <Eigen/Dense>
+#include <Host/Job.h>
+#include <Support/Builders.h>
+#include <TaPipe/ITool.h>
+#include <vector>
+
+#include "CommonTool.h"

@@ -1,0 +1,4 @@
+#pragma once
+
+#include <TaCommon/IMetricsKeeper.h>
+#include <zApi/zTypes.h>

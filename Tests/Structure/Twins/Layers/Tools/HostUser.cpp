@@ -1,0 +1,2 @@
+#include <Host/Job.h>
+#include <MuTlkHelper/CommonTool.h>
