@@ -527,24 +527,30 @@ void CommonTool::SendMeasurementAll(double value)
     }
 }
 
+template <typename SendItem>
+void CommonTool::SendAsArray(ToolOutputInfo& output, std::size_t count, const SendItem& sendItem)
+{
+    if (!output.IsEnabled())
+    {
+        return;
+    }
+    if (count == 0)
+    {
+        Send(output, Ta::Object<void*>(), SEND_KIND);
+        return;
+    }
+    BeginSendArray(output);
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        sendItem(i);
+    }
+    EndSendArray(output);
+}
+
 void CommonTool::SendArrayedMeasurements(ToolOutputInfo* output, const std::vector<double>& values)
 {
     ToolOutputInfo& known = Required(MU_HERE, output);
-    if (!known.IsEnabled())
-    {
-        return;
-    }
-    if (values.empty())
-    {
-        Send(known, Ta::Object<void*>(), SEND_KIND);
-        return;
-    }
-    BeginSendArray(known);
-    for (const double value : values)
-    {
-        SendMeasurement(&known, value, true, nullptr);
-    }
-    EndSendArray(known);
+    SendAsArray(known, values.size(), [&](std::size_t i) { SendMeasurement(&known, values[i], true, nullptr); });
 }
 
 void CommonTool::SendArrayedMeasurements(const char* id, const std::vector<double>& values)
@@ -560,21 +566,8 @@ void CommonTool::SendArrayedMeasurementsInPosition(const char* id, const std::ve
         MU_FAIL(zERROR_PARAMETER, nullptr);
     }
     ToolOutputInfo& known = Required(MU_HERE, FindOutputById(id));
-    if (!known.IsEnabled())
-    {
-        return;
-    }
-    if (values.empty())
-    {
-        Send(known, Ta::Object<void*>(), SEND_KIND);
-        return;
-    }
-    BeginSendArray(known);
-    for (std::size_t i = 0; i < values.size(); ++i)
-    {
-        SendMeasurementInPosition(&known, values[i], positions[i], true, nullptr);
-    }
-    EndSendArray(known);
+    SendAsArray(known, values.size(),
+                [&](std::size_t i) { SendMeasurementInPosition(&known, values[i], positions[i], true, nullptr); });
 }
 
 void CommonTool::SendNull(ToolOutputInfo* output)

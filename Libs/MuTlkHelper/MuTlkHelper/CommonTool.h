@@ -194,6 +194,10 @@ private:
     Ta::Object<void*> MeasurementOf(const Ta::Place& place, double value);
     void Deliver(ToolOutputInfo& output, Ta::Object<void*> message, bool arrayed);
 
+    /// Sends `count` messages as one array, each by `sendItem(index)`, which adds it to the array.
+    template <typename SendItem>
+    void SendAsArray(ToolOutputInfo& output, std::size_t count, const SendItem& sendItem);
+
 protected:
     void* toolAlloc = nullptr;   ///< the allocator of all messages
     void* outputAlloc = nullptr; ///< a second allocator; stays null here
