@@ -24,6 +24,8 @@ using zStatus = z32s;
 inline constexpr zStatus zOK = 1;
 inline constexpr zStatus zERROR_PRECONDITION = 0;     ///< a condition of the call does not hold
 inline constexpr zStatus zERROR_LIST_TYPE = -980;     ///< a list of another item type
+inline constexpr zStatus zERROR_END = -981;           ///< fewer bytes are left in a stream than are asked for
+inline constexpr zStatus zERROR_IO = -982;            ///< the system refuses to open, read or write a file or folder
 inline constexpr zStatus zERROR_FORMAT = -984;        ///< an element type or format that is not taken
 inline constexpr zStatus zERROR_ALREADY_TAKEN = -987; ///< a place or name that is in use
 inline constexpr zStatus zERROR_VERSION = -989;       ///< a version that is not known
@@ -40,6 +42,14 @@ using zArray1 = void*;
 using zArray2 = void*;
 using zArrayList = void*;
 using zString = void*;
+using zList = void*;
+using zQueue = void*;
+using zImage = void*;
+using zStream = void*;
+using zFile = void*;
+using zMemory = void*;
+using zSerializer = void*;
+using zThreadPool = void*;
 
 struct zPoint16s
 {
