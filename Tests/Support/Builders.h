@@ -216,6 +216,81 @@ public:
     }
 };
 
+class ImageBuilder : public MessageBuilder<ImageBuilder>
+{
+public:
+    /// All rows are as wide as the first, or this raises -997.
+    template <typename Pixel>
+    ImageBuilder(const Rows<Pixel>& rows, TvPixelFormat format, zAlloc alloc)
+    {
+        const std::size_t width = rows.empty() ? 0 : rows.front().size();
+        MU_CHECK(TvImageMsg_Construct(message.Out(), width, rows.size(), sizeof(Pixel), format, 0, alloc));
+        for (std::size_t row = 0; row < rows.size(); ++row)
+        {
+            if (rows[row].size() != width)
+            {
+                MU_FAIL(zERROR_PARAMETER, "a row of %zu pixels in an image of width %zu", rows[row].size(), width);
+            }
+            std::copy(rows[row].begin(), rows[row].end(), static_cast<Pixel*>(TvDataMsg_Ranges(Get(), row, 0)));
+        }
+    }
+};
+
+class PointFeatureBuilder : public MessageBuilder<PointFeatureBuilder>
+{
+public:
+    PointFeatureBuilder(const zPoint3d64f& position, zAlloc alloc)
+    {
+        MU_CHECK(TvPointFeatureMsg_Construct(message.Out(), 1, alloc));
+        MU_CHECK(TvPointFeatureMsg_SetPosition(Get(), &position));
+    }
+};
+
+class LineFeatureBuilder : public MessageBuilder<LineFeatureBuilder>
+{
+public:
+    LineFeatureBuilder(const zPoint3d64f& position, const zPoint3d64f& direction, zAlloc alloc)
+    {
+        MU_CHECK(TvLineFeatureMsg_Construct(message.Out(), 1, alloc));
+        MU_CHECK(TvLineFeatureMsg_SetPosition(Get(), &position));
+        MU_CHECK(TvLineFeatureMsg_SetDirection(Get(), &direction));
+    }
+};
+
+class CircleFeatureBuilder : public MessageBuilder<CircleFeatureBuilder>
+{
+public:
+    CircleFeatureBuilder(const zPoint3d64f& position, const zPoint3d64f& normal, double radius, zAlloc alloc)
+    {
+        MU_CHECK(TvCircleFeatureMsg_Construct(message.Out(), 1, alloc));
+        MU_CHECK(TvCircleFeatureMsg_SetPosition(Get(), &position));
+        MU_CHECK(TvCircleFeatureMsg_SetNormal(Get(), &normal));
+        MU_CHECK(TvCircleFeatureMsg_SetRadius(Get(), radius));
+    }
+};
+
+class PlaneFeatureBuilder : public MessageBuilder<PlaneFeatureBuilder>
+{
+public:
+    PlaneFeatureBuilder(const zPoint3d64f& normal, double distance, zAlloc alloc)
+    {
+        MU_CHECK(TvPlaneFeatureMsg_Construct(message.Out(), 1, alloc));
+        MU_CHECK(TvPlaneFeatureMsg_SetNormal(Get(), &normal));
+        MU_CHECK(TvPlaneFeatureMsg_SetOriginDistance(Get(), distance));
+    }
+};
+
+class RenderingBuilder : public MessageBuilder<RenderingBuilder>
+{
+public:
+    RenderingBuilder(Ta::Object<void*> graphic, zAlloc alloc)
+    {
+        MU_CHECK(TvRenderingMsg_Construct(message.Out(), alloc));
+        MU_CHECK(TvRenderingMsg_SetRendering(Get(), graphic.Get()));
+        static_cast<void>(graphic.Detach());
+    }
+};
+
 /// A resampled surface of the heights in `rows`.
 inline SurfaceBuilder Surface(const Rows<z16s>& rows, zAlloc alloc = nullptr)
 {
@@ -256,5 +331,49 @@ inline NullMessageBuilder NullMessage(zAlloc alloc = nullptr)
 inline GenericBuilder Generic(z32u dataType, const std::vector<z8u>& bytes, zAlloc alloc = nullptr)
 {
     return {dataType, bytes, alloc};
+}
+
+/// An image of the pixels in `rows`, whose type is that of `format`.
+template <typename Pixel>
+ImageBuilder Image(const Rows<Pixel>& rows, TvPixelFormat format, zAlloc alloc = nullptr)
+{
+    return {rows, format, alloc};
+}
+
+/// An image of 8-bit brightness.
+inline ImageBuilder Image(const Rows<z8u>& rows, zAlloc alloc = nullptr)
+{
+    return {rows, TvPIXEL_FORMAT_GREY8, alloc};
+}
+
+/// A point feature.
+inline PointFeatureBuilder PointFeature(const zPoint3d64f& position, zAlloc alloc = nullptr)
+{
+    return {position, alloc};
+}
+
+/// A line feature through `position`.
+inline LineFeatureBuilder LineFeature(const zPoint3d64f& position, const zPoint3d64f& direction, zAlloc alloc = nullptr)
+{
+    return {position, direction, alloc};
+}
+
+/// A circle feature around `position`.
+inline CircleFeatureBuilder CircleFeature(const zPoint3d64f& position, const zPoint3d64f& normal, double radius,
+                                          zAlloc alloc = nullptr)
+{
+    return {position, normal, radius, alloc};
+}
+
+/// A plane feature: normal . p = distance.
+inline PlaneFeatureBuilder PlaneFeature(const zPoint3d64f& normal, double distance, zAlloc alloc = nullptr)
+{
+    return {normal, distance, alloc};
+}
+
+/// A message that carries `graphic`, which it shares.
+inline RenderingBuilder Rendering(const Ta::Object<void*>& graphic, zAlloc alloc = nullptr)
+{
+    return {graphic, alloc};
 }
 } // namespace Support

@@ -183,7 +183,34 @@ INSTANTIATE_TEST_SUITE_P(
                            [] {
                                return Ta::Object<void*>(Generic(1, {1, 2}));
                            },
-                           zTypeOf(TvGenericMsg), false}),
+                           zTypeOf(TvGenericMsg), false},
+                    Family{"image",
+                           [] {
+                               return Ta::Object<void*>(Image({{1, 2}, {3, 4}}));
+                           },
+                           zTypeOf(TvImageMsg), true},
+                    Family{"point",
+                           [] {
+                               return Ta::Object<void*>(PointFeature({1, 2, 3}));
+                           },
+                           zTypeOf(TvPointFeatureMsg), false},
+                    Family{"line",
+                           [] {
+                               return Ta::Object<void*>(LineFeature({1, 2, 3}, {0, 0, 1}));
+                           },
+                           zTypeOf(TvLineFeatureMsg), false},
+                    Family{"circle",
+                           [] {
+                               return Ta::Object<void*>(CircleFeature({1, 2, 3}, {0, 0, 1}, 4));
+                           },
+                           zTypeOf(TvCircleFeatureMsg), false},
+                    Family{"plane",
+                           [] {
+                               return Ta::Object<void*>(PlaneFeature({0, 0, 1}, 4));
+                           },
+                           zTypeOf(TvPlaneFeatureMsg), false},
+                    Family{"rendering", [] { return Ta::Object<void*>(Rendering(NoMessage())); },
+                           zTypeOf(TvRenderingMsg), false}),
     CaseName());
 
 TEST(DataMsg, Handles_of_other_types_are_refused_and_have_defaults)
@@ -203,6 +230,8 @@ TEST(DataMsg, Handles_of_other_types_are_refused_and_have_defaults)
         EXPECT_EQ(TvDataMsg_Time(handle), 0U);
         EXPECT_EQ(TvDataMsg_Encoder(handle), 0);
         EXPECT_EQ(TvDataMsg_Width(handle), 0U);
+        EXPECT_EQ(TvDataMsg_Ranges(handle, 0, 0), nullptr);
+        EXPECT_EQ(TvDataMsg_RangeArray(handle, 0), nullptr);
     }
 }
 
@@ -228,4 +257,46 @@ TEST(DataMsg, Message_without_samples_has_no_grid)
     EXPECT_EQ(TvDataMsg_Length(measure.Get()), 0U);
     EXPECT_EQ(Fields(TvDataMsg_Offset(measure.Get())), (std::vector<double>{0, 0, 0}));
     EXPECT_EQ(Fields(TvDataMsg_Scale(measure.Get())), (std::vector<double>{1, 1, 1}));
+}
+
+TEST(DataMsg, Range_is_the_point_or_pixel_at_its_row_and_column)
+{
+    const auto surface = Surface({{1, 2, 3}, {4, 5, 6}});
+    EXPECT_EQ(*static_cast<z16s*>(TvDataMsg_Ranges(surface.Get(), 1, 1)), 5);
+    EXPECT_EQ(TvDataMsg_Ranges(surface.Get(), 2, 0), nullptr);
+    EXPECT_EQ(TvDataMsg_Ranges(surface.Get(), 0, 3), nullptr);
+    const auto profile = PointProfile({{1, 2}, {3, 4}});
+    EXPECT_EQ(static_cast<zPoint16s*>(TvDataMsg_Ranges(profile.Get(), 0, 1))->y, 4);
+    EXPECT_EQ(TvDataMsg_Ranges(profile.Get(), 1, 0), nullptr);
+    const auto image = Image({{1, 2}, {3, 4}, {5, 6}});
+    EXPECT_EQ(*static_cast<z8u*>(TvDataMsg_Ranges(image.Get(), 2, 1)), 6);
+    EXPECT_EQ(TvDataMsg_Ranges(image.Get(), 3, 0), nullptr);
+}
+
+TEST(DataMsg, Range_array_is_that_of_the_points_or_pixels)
+{
+    const auto surface = Surface({{1, 2, 3}, {4, 5, 6}});
+    EXPECT_EQ(TvDataMsg_RangeArray(surface.Get(), 0), TvSurfaceMsg_PointsArray(surface.Get(), 0));
+    EXPECT_EQ(TvDataMsg_RangeArray(surface.Get(), 1), nullptr);
+    const auto profile = Profile({1, 2});
+    EXPECT_EQ(TvDataMsg_RangeArray(profile.Get(), 0), TvProfileMsg_PointsArray(profile.Get(), 0));
+    const auto image = Image({{1, 2}, {3, 4}, {5, 6}});
+    zArray2 const pixels = TvDataMsg_RangeArray(image.Get(), 0);
+    EXPECT_EQ(zArray2_Length(pixels, 0), 3U);
+    EXPECT_EQ(zArray2_Length(pixels, 1), 2U);
+    EXPECT_EQ(xzObject_ReferenceCount(pixels), 1);
+}
+
+TEST(DataMsg, Message_without_samples_has_no_ranges)
+{
+    const auto measure = Measure(1);
+    EXPECT_EQ(TvDataMsg_Ranges(measure.Get(), 0, 0), nullptr);
+    EXPECT_EQ(TvDataMsg_RangeArray(measure.Get(), 0), nullptr);
+}
+
+TEST(DataMsg, Surface_without_columns_has_an_array_and_no_ranges)
+{
+    const auto surface = Surface({{}, {}});
+    EXPECT_EQ(TvDataMsg_Ranges(surface.Get(), 0, 0), nullptr);
+    EXPECT_NE(TvDataMsg_RangeArray(surface.Get(), 0), nullptr);
 }

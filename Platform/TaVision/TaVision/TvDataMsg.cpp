@@ -1,6 +1,8 @@
 #include <TaVision/TvDataMsg.h>
 #include <TaVision/TvDataMsgClass.h>
 
+#include <zApi/zArray2.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -10,6 +12,16 @@ namespace
 {
 constexpr zPoint3d64f NO_OFFSET = {0, 0, 0};
 constexpr zPoint3d64f NO_SCALE = {1, 1, 1};
+
+std::size_t Rows(zObject array)
+{
+    return zArray2_Length(array, 0);
+}
+
+std::size_t Columns(zObject array)
+{
+    return zArray2_Length(array, 1);
+}
 
 /// Takes over the reference of `array`.
 void Put(const TvArrayKind& kind, TvSamples& samples, zObject array)
@@ -56,11 +68,19 @@ void CopyItems(const TvDataMsgClass& msg, const TvSamples& samples, zObject from
     }
 }
 
+TvDataMsgClass* As(zObject msg)
+{
+    return zObjectType_Cast<TvDataMsgClass>(msg, zTypeOf(TvDataMsg));
+}
+
 bool IsIntensityType(zType itemType)
 {
     return itemType == zTypeOf(z8u) || itemType == zTypeOf(z16u);
 }
 } // namespace
+
+constinit const TvArrayKind TvGRID_ARRAYS = {zTypeOf(zArray2), zArray2_Construct, Rows,
+                                             Columns,          zArray2_ItemType,  zArray2_Items};
 
 void TvDataMsgClass::ReleaseParts() noexcept
 {
@@ -80,19 +100,26 @@ zStatus TvDataMsgClass::CopyFrom(const TvDataMsgClass& source)
     return Clone(*kind, intensity, source.intensity, alloc);
 }
 
-zStatus TvDataMsgClass::Build(const TvArrayKind& arrayKind, zType pointType, std::size_t newLength,
-                              std::size_t newWidth)
+zStatus TvDataMsgClass::BuildGrid(const TvArrayKind& arrayKind, zType itemType, std::size_t newLength,
+                                  std::size_t newWidth)
 {
     if (newLength > TvMSG_MAX_ITEMS || newWidth > TvMSG_MAX_ITEMS || newLength * newWidth > TvMSG_MAX_ITEMS)
     {
         return zERROR_PARAMETER;
     }
     zObject array = nullptr;
-    zTRY(arrayKind.construct(&array, pointType, newLength, newWidth, alloc));
+    zTRY(arrayKind.construct(&array, itemType, newLength, newWidth, alloc));
     kind = &arrayKind;
     length = newLength;
     width = newWidth;
     Put(arrayKind, points, array);
+    return zOK;
+}
+
+zStatus TvDataMsgClass::Build(const TvArrayKind& arrayKind, zType pointType, std::size_t newLength,
+                              std::size_t newWidth)
+{
+    zTRY(BuildGrid(arrayKind, pointType, newLength, newWidth));
     if (points.items != nullptr)
     {
         std::fill_n(reinterpret_cast<z16s*>(points.items), Bytes(*this, points) / sizeof(z16s), zNULL_16S);
@@ -135,7 +162,8 @@ zStatus TvSamples_CopyPoints(TvDataMsgClass* msg, zObject from)
     {
         return zERROR_MISSING;
     }
-    if (ItemTypeOf(*msg, from) != msg->points.itemType)
+    const zType itemType = ItemTypeOf(*msg, from);
+    if (itemType == nullptr || itemType != msg->points.itemType)
     {
         return zERROR_FORMAT;
     }
@@ -293,4 +321,14 @@ zPoint3d64f TvDataMsg_Offset(TvDataMsg msg)
 zPoint3d64f TvDataMsg_Scale(TvDataMsg msg)
 {
     return TvMsg_Member<TvDataMsgClass>(msg, zTypeOf(TvDataMsg), &TvDataMsgClass::scale, NO_SCALE);
+}
+
+void* TvDataMsg_Ranges(TvDataMsg msg, std::size_t row, std::size_t column)
+{
+    return TvSamples_At(As(msg), &TvDataMsgClass::points, row, column);
+}
+
+zObject TvDataMsg_RangeArray(TvDataMsg msg, std::size_t index)
+{
+    return TvSamples_Array(As(msg), &TvDataMsgClass::points, index);
 }

@@ -60,10 +60,10 @@ extern "C"
 
 extern "C"
 {
-    /// Samples along x: columns of a surface, points of a profile. 0 for other messages.
+    /// Samples along x: columns of a surface or image, points of a profile. 0 for other messages.
     MU_PLATFORM_EXPORT std::size_t TvDataMsg_Width(TvDataMsg msg);
 
-    /// Samples along y: rows of a surface, 1 for a profile. 0 for other messages.
+    /// Samples along y: rows of a surface or image, 1 for a profile. 0 for other messages.
     MU_PLATFORM_EXPORT std::size_t TvDataMsg_Length(TvDataMsg msg);
 
     /// World position of pixel 0 on each axis, in mm; 0 in a new message and for other messages.
@@ -71,4 +71,12 @@ extern "C"
 
     /// World size of one pixel step on each axis, in mm; 1 in a new message and for other messages.
     MU_PLATFORM_EXPORT zPoint3d64f TvDataMsg_Scale(TvDataMsg msg);
+
+    /// The sample at a place, where the rest of its row follows: a point of a surface or profile, a pixel of an image.
+    /// It belongs to the message and is valid while that lives. Null outside and for other messages.
+    MU_PLATFORM_EXPORT void* TvDataMsg_Ranges(TvDataMsg msg, std::size_t row, std::size_t column);
+
+    /// The array of the samples, `zArray2` of a surface or image, `zArray1` of a profile, not shared for the caller;
+    /// `index` is 0. Null for another index and for other messages.
+    MU_PLATFORM_EXPORT zObject TvDataMsg_RangeArray(TvDataMsg msg, std::size_t index);
 }

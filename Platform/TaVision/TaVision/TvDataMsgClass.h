@@ -13,6 +13,9 @@ struct TvArrayKind
     void* (*items)(zObject array);
 };
 
+/// Rows of `zArray2`: surfaces and images.
+extern const TvArrayKind TvGRID_ARRAYS;
+
 /// An array of a message, with what is asked of it most.
 struct TvSamples
 {
@@ -29,11 +32,15 @@ struct TvDataMsgClass : TvMsgClass
     zPoint3d64f offset = {0, 0, 0};
     zPoint3d64f scale = {1, 1, 1};
     const TvArrayKind* kind = nullptr;
-    TvSamples points;
+    TvSamples points; ///< the pixels of an image
     TvSamples intensity;
 
     void ReleaseParts() noexcept;
     [[nodiscard]] zStatus CopyFrom(const TvDataMsgClass& source);
+
+    /// Gives a new message its points, without defined values. -997 beyond `TvMSG_MAX_ITEMS`.
+    [[nodiscard]] zStatus BuildGrid(const TvArrayKind& arrayKind, zType itemType, std::size_t newLength,
+                                    std::size_t newWidth);
 
     /// Gives a new message its points, all null. `pointType` is made of `z16s` coordinates.
     [[nodiscard]] zStatus Build(const TvArrayKind& arrayKind, zType pointType, std::size_t newLength,

@@ -5,19 +5,6 @@ zDEFINE_OBJECT_TYPE(TvSurfaceMsg, TvDataMsg, &TvMsg_Ops<TvDataMsgClass>);
 
 namespace
 {
-std::size_t Rows(zObject array)
-{
-    return zArray2_Length(array, 0);
-}
-
-std::size_t Columns(zObject array)
-{
-    return zArray2_Length(array, 1);
-}
-
-constinit const TvArrayKind surfaceArrays = {zTypeOf(zArray2), zArray2_Construct, Rows,
-                                             Columns,          zArray2_ItemType,  zArray2_Items};
-
 TvDataMsgClass* As(zObject msg)
 {
     return zObjectType_Cast<TvDataMsgClass>(msg, zTypeOf(TvSurfaceMsg));
@@ -27,7 +14,7 @@ zStatus Construct(zObject* msg, zType pointType, std::size_t width, std::size_t 
 {
     return TvMsg_Make<TvDataMsgClass>(zTypeOf(TvSurfaceMsg), 1, alloc, msg,
                                       [pointType, width, length](TvDataMsgClass& made) {
-                                          return made.Build(surfaceArrays, pointType, length, width);
+                                          return made.Build(TvGRID_ARRAYS, pointType, length, width);
                                       });
 }
 } // namespace
