@@ -1,0 +1,4 @@
+#include <TaPipe/TpGraphicElementClass.h>
+#include <TaPipe/TpGraphicRegion.h>
+
+zDEFINE_OBJECT_TYPE(TpGraphicRegion, TpGraphicElement, nullptr);
