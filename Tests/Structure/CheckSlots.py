@@ -40,7 +40,7 @@ def add_expected(tables, classes, operation, numbers):
             continue
         owner = classes[max(bodies) - 1]
         text = f"{owner}::{operation}"
-        if place == 1:
+        if place == 1 and 0 not in numbers:
             text = "destructor" if operation == "destructor" else "pure"
         tables[name][-1] += [text] * (2 if operation == "destructor" else 1)
 

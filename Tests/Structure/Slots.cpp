@@ -1,2 +1,3 @@
 #include <MuTlkHelper/CommonTool.h>
 #include <TaPipe/CommonTool.h>
+#include <TaPipe/IToolHost.h>
