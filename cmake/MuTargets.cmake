@@ -38,6 +38,10 @@ function(mu_add_library name)
     add_library(Mu::${name} ALIAS ${name})
     mu_target_defaults(${name})
     target_compile_features(${name} PUBLIC cxx_std_20)
+    if(NOT MU_SANITIZE)
+        # A missing arrow between libraries fails the build. The sanitizers' own symbols come with the program.
+        target_link_options(${name} PRIVATE LINKER:-z,defs)
+    endif()
     target_include_directories(${name} PUBLIC
         $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}> $<INSTALL_INTERFACE:include>)
     target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
