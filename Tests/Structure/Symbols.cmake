@@ -30,6 +30,15 @@ structure_twin(A_type_object_without_definition_is_reported
     REPORTS "zMissing is declared, but zApi does not export it"
     COMMAND CheckTypeObjects ${CMAKE_NM} ${twins}/TypeObjects $<TARGET_FILE:zApi>)
 
+# What is inlined depends on the optimiser: the list is that of the build that users run.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    structure_test(The_library_calls_listed_operations_only CheckCalls
+        ${CMAKE_NM} $<TARGET_FILE:MuTlkHelper> ${PROJECT_SOURCE_DIR}/Docs/PlatformOperations.txt)
+    structure_twin(Calls_and_a_list_that_differ_are_reported
+        REPORTS "xzCastClass_ObjectIs is called and not listed" "zNever_Called is listed"
+        COMMAND CheckCalls ${CMAKE_NM} $<TARGET_FILE:MuTlkHelper> ${twins}/operations.txt)
+endif()
+
 # Without optimisation the compiler may leave to the start what it can do beforehand.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
     structure_library(StructureTwinEmpty ${twins}/Empty.cpp)
