@@ -264,20 +264,28 @@ TEST_F(Measurement_sends, of_null_outputs_raise_the_status_of_every_failing_base
     EXPECT_TRUE(met.contains("TvDataMsg_SetBoundingBox"));
 }
 
+// Whatever fails, the receiver's own share of a message included, the output gets exactly one delivery.
 TEST_F(Measurement_sends, that_fail_inside_Execute_end_in_a_null_message)
 {
     for (const SendCase& c : SendCases())
     {
-        tool.execute = [&](TaPipe::InputSet&) {
-            zFault_Arm(1, INJECTED);
-            c.send(tool);
-            zFault_Disarm();
-        };
-        ASSERT_TRUE(tool.ProcessInputSet(nullptr, 0));
-        zFault_Disarm();
-        ASSERT_EQ(host.deliveries.size(), 1U) << c.name;
-        EXPECT_TRUE(host.deliveries[0].IsNullMessage()) << c.name;
-        host.deliveries.clear();
+        SCOPED_TRACE(c.name);
+        bool fired = true;
+        for (std::size_t n = 1; fired; ++n)
+        {
+            bool raised = true;
+            tool.execute = [&](TaPipe::InputSet&) {
+                const ArmedFault fault(n, INJECTED);
+                c.send(tool);
+                raised = false;
+            };
+            ASSERT_TRUE(tool.ProcessInputSet(nullptr, 0));
+            fired = !ArmedFault::Failed().empty();
+            ASSERT_EQ(host.deliveries.size(), 1U) << ArmedFault::Failed();
+            EXPECT_TRUE(!raised || host.deliveries[0].IsNullMessage()) << ArmedFault::Failed();
+            EXPECT_FALSE(raised && host.deliveries[0].isArray) << ArmedFault::Failed();
+            host.deliveries.clear();
+        }
     }
 }
 } // namespace

@@ -409,6 +409,31 @@ TEST_F(Outputs, get_an_empty_array_as_a_handle_without_message)
     }
 }
 
+TEST_F(Outputs, of_another_type_take_an_empty_array_unchecked)
+{
+    tool.AddOutput("A", AT_END).SetDataFormat(PipeDataType::Image, true);
+    Run([this] { tool.SendArrayedMeasurements("A", {}); });
+    ASSERT_EQ(host.deliveries.size(), 1U);
+    EXPECT_EQ(host.deliveries[0].Message(), nullptr);
+    ExpectRaised(-984, "CheckOutputFormat", [this] { tool.SendArrayedMeasurements("A", {1}); });
+}
+
+TEST_F(Outputs, of_measurements_all_get_null_for_a_null_value)
+{
+    AddLimited("A", 10, 20);
+    AddLimited("B", 10, 20);
+    Run([this] { tool.SendMeasurementAll(NULL_VALUE); });
+    EXPECT_EQ(host.NullOutputs(), (std::vector<std::string>{"A", "B"}));
+    EXPECT_EQ(host.deliveries.size(), 2U);
+}
+
+TEST_F(Outputs, have_no_visibility_with_a_stride_of_0)
+{
+    ToolOutputInfo& output = tool.AddOutput("A", AT_END);
+    tool.outputVisibilityStride = 0;
+    ExpectRaised(-997, "SetOutputVisiblity", [&] { tool.SetOutputVisiblity(&output, Visibility::Advanced); });
+}
+
 TEST_F(Outputs, with_an_empty_array_or_an_array_count_as_sent)
 {
     for (const char* const id : {"A", "B", "C"})

@@ -97,6 +97,26 @@ TEST(CommonTool_init, hands_a_failure_of_UpdateConfig_to_the_host)
     EXPECT_THROW(static_cast<TaPipe::ITool&>(tool).Init(host), std::runtime_error);
 }
 
+TEST(CommonTool_init, and_UpdateDynamicParams_take_the_path_that_a_concrete_tool_overrides)
+{
+    struct Overriding final : ProbeTool
+    {
+        void OnParamsChanged() override
+        {
+            ++calls;
+            ProbeTool::OnParamsChanged();
+        }
+
+        int calls = 0;
+    };
+    RecordingHost host;
+    Overriding tool;
+    static_cast<TaPipe::ITool&>(tool).Init(host);
+    EXPECT_EQ(tool.calls, 1);
+    tool.UpdateDynamicParams();
+    EXPECT_EQ(tool.calls, 2);
+}
+
 TEST_F(CommonTool, has_no_FlexRegionRender_output_without_flexible_regions)
 {
     EXPECT_EQ(tool.FindOutputById("FlexRegionRender"), nullptr);
@@ -412,12 +432,74 @@ INSTANTIATE_TEST_SUITE_P(, CommonTool_stage,
                                          StageCase{"defaults_profile", ToolLifeCycle::TakeDefaults, true, 1, true}),
                          [](const auto& instance) { return instance.param.name; });
 
-TEST_F(CommonTool, default_regions_of_a_tool_without_regions_touch_nothing)
+TEST_F(CommonTool, in_the_stage_that_takes_defaults_places_nothing_without_a_data_message)
 {
     tool.AddInput("Data", AT_END);
     tool.UpdateLifeCycle(ToolLifeCycle::TakeDefaults);
-    Deliver({Surface({{1}})});
-    EXPECT_EQ(tool.placements, 1);
+    Deliver({Measure(1)});
+    EXPECT_EQ(tool.placements, 0);
+    EXPECT_TRUE(tool.profileInput);
+    EXPECT_FALSE(Access::RelativeRegionChanged(tool));
+    EXPECT_EQ(tool.executions, 1);
+}
+
+TEST_F(CommonTool, knows_the_reference_and_its_box_before_it_places_regions_and_executes)
+{
+    tool.AddInput("Data", AT_END);
+    tool.UpdateLifeCycle(ToolLifeCycle::TakeDefaults);
+    const Ta::Object<void*> surface = BoxedSurface(BOX);
+    tool.initializeRegions = [&] {
+        EXPECT_EQ(tool.referenceMsg, surface.Get());
+        EXPECT_TRUE(IsSameBox(tool.inputBoundingBox, BOX));
+        EXPECT_FALSE(tool.profileInput);
+        EXPECT_FALSE(Access::RelativeRegionChanged(tool));
+        EXPECT_EQ(tool.executions, 0);
+    };
+    tool.execute = [&](TaPipe::InputSet&) {
+        EXPECT_EQ(tool.placements, 1);
+        EXPECT_TRUE(Access::RelativeRegionChanged(tool));
+        EXPECT_TRUE(IsSameBox(tool.inputBoundingBox, BOX));
+    };
+    Deliver({surface});
+    EXPECT_EQ(tool.executions, 1);
+}
+
+TEST_F(CommonTool, that_cannot_place_its_regions_is_not_executed)
+{
+    tool.AddInput("Data", AT_END);
+    tool.AddMeasurementOutput("A", false, AT_END);
+    tool.UpdateLifeCycle(ToolLifeCycle::TakeDefaults);
+    tool.initializeRegions = [] { throw std::runtime_error("no place"); };
+    Deliver({BoxedSurface(BOX)});
+    EXPECT_EQ(tool.executions, 0);
+    EXPECT_FALSE(Access::RelativeRegionChanged(tool));
+    EXPECT_EQ(host.NullOutputs(), std::vector<std::string>{"A"});
+}
+
+TEST_F(CommonTool, checks_required_inputs_before_it_looks_for_the_reference)
+{
+    tool.AddInput("Required", AT_END);
+    tool.AddInput("Data", AT_END);
+    tool.AddMeasurementOutput("A", false, AT_END);
+    tool.UpdateLifeCycle(ToolLifeCycle::TakeDefaults);
+    Deliver({NullMessage(), BoxedSurface(BOX)});
+    EXPECT_EQ(tool.inputBoundingBox.x, zNULL_64F);
+    EXPECT_EQ(tool.placements, 0);
+    ASSERT_EQ(host.deliveries.size(), 1U);
+    EXPECT_FALSE(TvDataMsg_HasBoundingBox(host.deliveries[0].Message()));
+}
+
+TEST_F(CommonTool, may_change_its_inputs_while_it_is_executed)
+{
+    tool.AddInput("Fixed", AT_END);
+    tool.HandleDynamicInput({"A"}, {"A"}, {PipeDataType::UniformSurface}, 1);
+    const Ta::Object<void*> a = BoxedSurface(BOX);
+    tool.execute = [&](TaPipe::InputSet& set) {
+        tool.HandleDynamicInput({}, {}, {}, 1);
+        EXPECT_EQ(tool.InputCount(), 1U);
+        EXPECT_EQ(tool.GetDataMessageInput(set, "A"), a.Get()) << "the set keeps what it was delivered with";
+    };
+    Deliver({Measure(1), a});
     EXPECT_EQ(tool.executions, 1);
 }
 
@@ -458,11 +540,58 @@ TEST_F(CommonTool, start_after_the_last_anchor_was_taken_away_forgets_the_anchor
 {
     tool.anchor = {1, 2, 3, 4, 5, 6};
     Access::AnchorRoutingChanged(tool) = true;
+    const Notified notified(tool);
     tool.Start();
     EXPECT_EQ(tool.anchor.x, zNULL_64F);
     EXPECT_EQ(tool.anchor.zAngle, zNULL_64F);
     EXPECT_TRUE(Access::RelativeRegionChanged(tool));
     EXPECT_TRUE(Access::TransformChanged(tool));
+    EXPECT_TRUE(Access::AnchorRoutingChanged(tool)) << "only an execution takes the mark away";
+    EXPECT_TRUE(notified.types.empty());
+}
+
+TEST_F(CommonTool, start_with_an_anchor_just_routed_keeps_the_anchor)
+{
+    Access::AnchorInputs(tool).push_back({});
+    Access::AnchorInputs(tool).back().active = true;
+    Access::AnchorRoutingChanged(tool) = true;
+    tool.anchor = {1, 2, 3, 4, 5, 6};
+    const Notified notified(tool);
+    tool.Start();
+    EXPECT_TRUE(Access::AnchorsActive(tool));
+    EXPECT_EQ(tool.anchor.x, 1);
+    EXPECT_FALSE(Access::RelativeRegionChanged(tool));
+    EXPECT_TRUE(Access::AnchorRoutingChanged(tool));
+    EXPECT_EQ(notified.types.size(), 1U);
+}
+
+TEST_F(CommonTool, start_forgets_that_anchors_were_active)
+{
+    Access::AnchorInputs(tool).push_back({});
+    Access::AnchorInputs(tool).back().active = true;
+    tool.Start();
+    tool.Stop();
+    Access::AnchorInputs(tool).back().active = false;
+    tool.Start();
+    EXPECT_FALSE(Access::AnchorsActive(tool));
+}
+
+TEST_F(CommonTool, start_and_stop_forget_single_deliveries_that_wait_for_others)
+{
+    for (const bool starts : {true, false})
+    {
+        ProbeTool waiting;
+        waiting.AddInput("A", AT_END);
+        waiting.AddInput("B", AT_END);
+        waiting.InputAt(0).Route({0, "scan"});
+        waiting.InputAt(1).Route({0, "scan"});
+        const Ta::Object<void*> message = Measure(1);
+        void* const handle = message.Get();
+        EXPECT_FALSE(waiting.Process({0, std::span<void* const>(&handle, 1)}));
+        EXPECT_EQ(xzObject_ReferenceCount(message.Get()), 2);
+        starts ? waiting.Start() : waiting.Stop();
+        EXPECT_EQ(xzObject_ReferenceCount(message.Get()), 1);
+    }
 }
 
 TEST_F(CommonTool, stop_tells_the_host_once_of_what_changed_and_clears_the_marks)
@@ -529,6 +658,22 @@ TEST_F(CommonTool_anchor_routing, while_restoring_is_taken_in_but_is_no_change_a
     EXPECT_FALSE(Access::AnchorRoutingChanged(tool));
     EXPECT_TRUE(Access::AnchorInputs(tool)[0].active);
     EXPECT_EQ(Access::AnchorInputs(tool)[0].sourceId, "source");
+}
+
+TEST_F(CommonTool_anchor_routing, of_another_input_while_restoring_leaves_the_mark)
+{
+    Access::AnchorRoutingChanged(tool) = true;
+    tool.UpdateLifeCycle(ToolLifeCycle::Restoring);
+    tool.InputAt(0).Route({0, "source"});
+    EXPECT_TRUE(Access::AnchorRoutingChanged(tool));
+}
+
+TEST_F(CommonTool_anchor_routing, that_only_becomes_active_is_marked)
+{
+    Access::AnchorInputs(tool)[0].sourceId = "source";
+    tool.InputAt(1).Route({0, "source"});
+    EXPECT_TRUE(Access::AnchorRoutingChanged(tool));
+    EXPECT_TRUE(Access::AnchorInputs(tool)[0].active);
 }
 
 TEST_F(CommonTool_anchor_routing, goes_to_the_first_record_of_an_input)
@@ -688,14 +833,20 @@ protected:
 
 TEST_F(CommonTool_user_message, is_logged_once_per_run_and_again_in_the_next)
 {
-    tool.Start();
-    Run([this] { Log(WARNING, "dark"); });
-    Run([this] { Log(WARNING, "dark"); });
-    EXPECT_EQ(lines, (std::vector<std::string>{"1 Probe Unit:11 dark"}));
-    tool.Stop();
-    tool.Start();
-    Run([this] { Log(WARNING, "dark"); });
-    EXPECT_EQ(lines.size(), 2U);
+    for (const std::size_t level : {INFORMATION, WARNING, ERROR})
+    {
+        lines.clear();
+        tool.Start();
+        Run([this, level] { Log(level, "dark"); });
+        Run([this, level] { Log(level, "dark"); });
+        EXPECT_EQ(lines, (std::vector<std::string>{std::to_string(level & 0xFU) + " Probe Unit:11 dark"}));
+        tool.Stop();
+        Log(level, "dark");
+        EXPECT_EQ(lines.size(), 1U) << "a run ends with the next start";
+        tool.Start();
+        Run([this, level] { Log(level, "dark"); });
+        EXPECT_EQ(lines.size(), 2U);
+    }
 }
 
 TEST_F(CommonTool_user_message, is_logged_once_per_level)

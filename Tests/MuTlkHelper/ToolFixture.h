@@ -173,11 +173,16 @@ public:
     {
         ++placements;
         Base::InitializeRegions();
+        if (initializeRegions)
+        {
+            initializeRegions();
+        }
     }
 
     Ta::Params::Group group{"Parameters"};
     std::function<void(InputSet&)> execute;
     std::function<void()> updateConfig;
+    std::function<void()> initializeRegions;
     int executions = 0;
     int updates = 0;
     int placements = 0;

@@ -65,7 +65,7 @@ public:
         return found;
     }
 
-    /// The ids of the outputs that got exactly one null message, sorted.
+    /// The id of its output for each null message, sorted.
     [[nodiscard]] std::vector<std::string> NullOutputs() const
     {
         std::vector<std::string> ids;

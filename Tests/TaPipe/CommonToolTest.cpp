@@ -285,6 +285,64 @@ TEST_F(Tool_base, executes_single_deliveries_once_all_routed_inputs_have_come)
     EXPECT_EQ(xzObject_ReferenceCount(message.Get()), 1) << "what was pending ends with the run";
 }
 
+TEST_F(Tool_base, takes_an_input_once_per_execution)
+{
+    tool.AddInput("A", AT_END);
+    tool.AddInput("B", AT_END);
+    tool.InputAt(0).Route({0, "scan"});
+    tool.InputAt(1).Route({0, "scan"});
+    tool.told.clear();
+    const Ta::Object<void*> first = Measure(1);
+    const Ta::Object<void*> second = Measure(2);
+    const std::array<void*, 1> firstHandle{first.Get()};
+    const std::array<void*, 1> secondHandle{second.Get()};
+    const std::array<MessageInput, 2> twice{MessageInput{0, firstHandle}, MessageInput{0, secondHandle}};
+    EXPECT_FALSE(tool.ProcessInputSet(twice.data(), twice.size()));
+    EXPECT_FALSE(tool.Process({0, firstHandle}));
+    EXPECT_FALSE(tool.Process({0, secondHandle}));
+    EXPECT_EQ(xzObject_ReferenceCount(second.Get()), 1) << "what is pending stays";
+    EXPECT_TRUE(tool.Process({1, firstHandle}));
+    EXPECT_EQ(tool.told, Told{"execute 2"});
+}
+
+TEST_F(Tool_base, keeps_what_is_pending_when_no_input_is_removed)
+{
+    tool.AddInput("A", AT_END);
+    tool.AddInput("B", AT_END);
+    tool.InputAt(0).Route({0, "scan"});
+    tool.InputAt(1).Route({0, "scan"});
+    const Ta::Object<void*> message = Measure(1);
+    const std::array<void*, 1> handle{message.Get()};
+    tool.Process({0, handle});
+    ExpectRaised(-997, "RemoveInput", [this] { tool.RemoveInput(2); });
+    EXPECT_EQ(xzObject_ReferenceCount(message.Get()), 2);
+    tool.RemoveInput(1);
+    EXPECT_EQ(xzObject_ReferenceCount(message.Get()), 1);
+}
+
+TEST_F(Tool_base, may_register_an_action_anew_from_within_it)
+{
+    int runs = 0;
+    tool.RegisterAction("Count", [this, &runs] {
+        tool.RegisterAction("Count", [&runs] { runs += 10; });
+        ++runs;
+    });
+    tool.Invoke("Count");
+    tool.Invoke("Count");
+    EXPECT_EQ(runs, 11);
+    ExpectRaised(-999, "RegisterAction", [this] { tool.RegisterAction(nullptr, [] {}); });
+}
+
+TEST_F(Tool_base, shows_a_missing_name_as_an_empty_one)
+{
+    EXPECT_STREQ(tool.AddInput("A", AT_END).SetDisplayName(nullptr).DisplayName(), "");
+    TaPipe::ToolOutputInfo& output = tool.AddOutput("A", AT_END);
+    output.SetDisplayName(nullptr).SetUnits(nullptr).AssociateOutput(nullptr);
+    EXPECT_STREQ(output.DisplayName(), "");
+    EXPECT_STREQ(output.Units(), "");
+    EXPECT_TRUE(output.AssociatedOutputs().empty());
+}
+
 TEST_F(Tool_base, counts_executions_and_messages)
 {
     tool.Init(host, group);

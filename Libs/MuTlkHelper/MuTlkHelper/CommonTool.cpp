@@ -392,6 +392,10 @@ TaPipe::ToolOutputInfo* CommonTool::FindOutputById(const char* id)
 void CommonTool::SetOutputVisiblity(ToolOutputInfo* output, OutputVisibility visibility)
 {
     ToolOutputInfo& known = Required(MU_HERE, output);
+    if (outputVisibilityStride == 0)
+    {
+        MU_FAIL(zERROR_PARAMETER, "outputVisibilityStride must be above 0.");
+    }
     known.SetPriority(static_cast<std::size_t>(visibility) * outputVisibilityStride +
                       known.Priority() % outputVisibilityStride);
 }

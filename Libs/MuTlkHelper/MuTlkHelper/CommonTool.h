@@ -63,7 +63,8 @@ public:
     /// The parameters have changed.
     virtual void UpdateConfig();
 
-    /// Places the tool's regions by the reference message; called once, in the stage of life that takes defaults.
+    /// Places the tool's regions by the reference message; called in the stage of life that takes defaults, at each
+    /// execution whose set holds a data message.
     virtual void InitializeRegions();
 
     /// The transform by which an anchor moves the tool's regions.
@@ -90,6 +91,7 @@ public:
     ToolOutputInfo* FindOutputById(const char* id);
 
     /// Sets who the output is meant for and keeps its order among its like.
+    /// @throws Ta::Exception -999 if `output` is null, -997 if `outputVisibilityStride` is 0
     void SetOutputVisiblity(ToolOutputInfo* output, OutputVisibility visibility);
 
     /// Delivers a message to the host. A null handle stands for an empty array.
@@ -145,7 +147,8 @@ protected:
     bool IsOutputEnabled(const char* id);
 
     /// Makes the message of a measurement, a null message for a null value; without decision. The bool is not read.
-    /// @throws Ta::Exception -984 if the output is not for measurements, or a failing call's status
+    /// @throws Ta::Exception -984 if the output is not for measurements, -999 for an unknown id, -997 for an index past
+    /// the end, or a failing call's status
     Ta::Object<void*> CreateMeasurementMessage(const ToolOutputInfo& output, double value, bool arrayed);
     Ta::Object<void*> CreateMeasurementMessage(const char* id, double value, bool arrayed);
     Ta::Object<void*> CreateMeasurementMessage(std::size_t index, double value, bool arrayed);
@@ -157,7 +160,8 @@ protected:
     void SendArrayedMeasurements(const char* id, const std::vector<double>& values);
 
     /// Sends measurements with the places of their labels as one array.
-    /// @throws Ta::Exception -997 if the lists differ in length, -999 if there is no such output
+    /// @throws Ta::Exception -997 if the lists differ in length, -999 if there is no such output, -984 if it is not for
+    /// measurements, or a failing call's status
     void SendArrayedMeasurementsInPosition(const char* id, const std::vector<double>& values,
                                            std::vector<zPoint3d64f>& positions);
 

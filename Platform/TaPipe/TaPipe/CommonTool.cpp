@@ -50,11 +50,14 @@ Info& Insert(std::vector<std::unique_ptr<Info>>& infos, std::unique_ptr<Info> in
 }
 
 template <typename Info>
-void Remove(const Ta::Place& place, std::vector<std::unique_ptr<Info>>& infos, std::size_t index)
+std::unique_ptr<Info> Remove(const Ta::Place& place, std::vector<std::unique_ptr<Info>>& infos, std::size_t index)
 {
     At(place, infos, index);
-    infos.erase(infos.begin() + static_cast<std::ptrdiff_t>(index));
+    const auto found = infos.begin() + static_cast<std::ptrdiff_t>(index);
+    std::unique_ptr<Info> removed = std::move(*found);
+    infos.erase(found);
     Renumber(infos);
+    return removed;
 }
 } // namespace
 
@@ -77,9 +80,18 @@ void CommonTool::Owner::OnOutputParams(ToolOutputInfo& output)
     tool.OnOutputParamsChanged(output);
 }
 
-CommonTool::ExecutionEnd::~ExecutionEnd()
+CommonTool::Execution::Execution(CommonTool& executed, InputSet& executedSet)
+    : tool(executed)
+    , set(executedSet)
+{
+    tool.executing = true;
+}
+
+CommonTool::Execution::~Execution()
 {
     set.Clear();
+    tool.executing = false;
+    tool.ForgetRemovedInputs();
     for (const auto& output : tool.outputs)
     {
         if (output->State().arrayOpen)
@@ -223,7 +235,9 @@ void CommonTool::Invoke(const char* action)
     {
         MU_FAIL(zERROR_MISSING, "The tool has no action \"%s\".", action == nullptr ? "" : action);
     }
-    (*found)->Run();
+    // A copy, because the action may register itself anew.
+    const ToolActionInfo running = **found;
+    running.Run();
 }
 
 void CommonTool::Start()
@@ -236,16 +250,25 @@ void CommonTool::Stop()
     pendingSet.Clear();
 }
 
+bool CommonTool::AddTo(InputSet& set, const MessageInput& arrived) const
+{
+    if (arrived.inputIndex >= inputs.size() || set.FindByIndex(arrived.inputIndex) != nullptr)
+    {
+        return false;
+    }
+    set.Add(*inputs[arrived.inputIndex], arrived.messages);
+    return true;
+}
+
 bool CommonTool::ProcessInputSet(const MessageInput* arrived, std::size_t count)
 {
-    const ExecutionEnd end{*this, presentSet};
+    const Execution execution(*this, presentSet);
     for (std::size_t i = 0; i < count; ++i)
     {
-        if (arrived[i].inputIndex >= inputs.size())
+        if (!AddTo(presentSet, arrived[i]))
         {
             return false;
         }
-        presentSet.Add(*inputs[arrived[i].inputIndex], arrived[i].messages);
     }
     CountExecution();
     OnAllInputsReady(presentSet);
@@ -254,16 +277,11 @@ bool CommonTool::ProcessInputSet(const MessageInput* arrived, std::size_t count)
 
 bool CommonTool::Process(const MessageInput& input)
 {
-    if (input.inputIndex >= inputs.size())
+    if (!AddTo(pendingSet, input) || !AreAllRoutedInputsPending())
     {
         return false;
     }
-    pendingSet.Add(*inputs[input.inputIndex], input.messages);
-    if (!AreAllRoutedInputsPending())
-    {
-        return false;
-    }
-    const ExecutionEnd end{*this, pendingSet};
+    const Execution execution(*this, pendingSet);
     CountExecution();
     OnAllInputsReady(pendingSet);
     return true;
@@ -323,8 +341,21 @@ ToolInputInfo& CommonTool::AddInput(const char* id, std::size_t index)
 
 void CommonTool::RemoveInput(std::size_t index)
 {
-    pendingSet.Clear();
-    Remove(MU_HERE, inputs, index);
+    // Items of a set that is being executed name their inputs, so a removed one lives until the execution ends.
+    removedInputs.push_back(Remove(MU_HERE, inputs, index));
+    if (!executing)
+    {
+        ForgetRemovedInputs();
+    }
+}
+
+void CommonTool::ForgetRemovedInputs()
+{
+    if (!removedInputs.empty())
+    {
+        pendingSet.Clear();
+        removedInputs.clear();
+    }
 }
 
 ToolOutputInfo& CommonTool::InsertOutput(const Ta::Place& place, const char* id, std::size_t index,
@@ -372,9 +403,11 @@ IOutputReceiver& CommonTool::Receiver(const Ta::Place& place) const
 void CommonTool::Send(ToolOutputInfo& output, Ta::Object<void*> message, int sendKind)
 {
     IOutputReceiver& host = Receiver(MU_HERE);
-    output.State() = {true, false, {}};
-    CountMessages(1);
+    output.State() = {output.State().sent, false, {}};
     host.OnMessage(*this, output, message, sendKind);
+    // Only what the host has taken counts as sent: otherwise the output would go without its null message.
+    output.State().sent = true;
+    CountMessages(1);
 }
 
 void CommonTool::BeginSendArray(ToolOutputInfo& output)
@@ -401,9 +434,10 @@ void CommonTool::EndSendArray(ToolOutputInfo& output)
     }
     IOutputReceiver& host = Receiver(MU_HERE);
     const std::vector<Ta::Object<void*>> messages = std::move(sending.array);
-    sending = {true, false, {}};
-    CountMessages(messages.size());
+    sending = {sending.sent, false, {}};
     host.OnArray(*this, output, messages);
+    sending.sent = true;
+    CountMessages(messages.size());
 }
 
 bool CommonTool::OutputAlreadySent(const ToolOutputInfo* output)
@@ -418,6 +452,10 @@ void CommonTool::NotifyParamsChanged(bool structureChanged)
 
 ToolActionInfo& CommonTool::RegisterAction(const char* name, std::function<void()> run)
 {
+    if (name == nullptr)
+    {
+        MU_FAIL(zERROR_MISSING, "An action needs a name.");
+    }
     const auto found =
         std::ranges::find_if(actions, [name](const auto& entry) { return zStrEquals(entry->Name(), name) != 0; });
     auto action = std::make_unique<ToolActionInfo>(name, std::move(run));

@@ -79,6 +79,7 @@ protected:
 
     /// Adds an input before `index`, or at the end if `index` is past it. @throws Ta::Exception -999 without an id
     ToolInputInfo& AddInput(const char* id, std::size_t index);
+    /// May be called within an execution: the set's items keep their input until its end.
     /// @throws Ta::Exception -997 past the end
     void RemoveInput(std::size_t index);
 
@@ -109,7 +110,7 @@ protected:
     /// Tells the host that the tool changed its own parameters; `structureChanged`: parameters came or went.
     void NotifyParamsChanged(bool structureChanged);
 
-    /// Adds an action, or gives an existing one of that name another body.
+    /// Adds an action, or gives an existing one of that name another body. @throws Ta::Exception -999 without a name
     ToolActionInfo& RegisterAction(const char* name, std::function<void()> run);
 
 private:
@@ -125,15 +126,23 @@ private:
         CommonTool& tool;
     };
 
-    // On every way out of an execution: no message outlives it, neither in its set nor in an array not ended.
-    struct ExecutionEnd
+    // The time of an execution. On every way out of it no message outlives it, neither in its set nor in an array that
+    // was not ended.
+    class Execution
     {
+    public:
+        Execution(CommonTool& executed, InputSet& executedSet);
+        Execution(const Execution&) = delete;
+        Execution& operator=(const Execution&) = delete;
+        ~Execution();
+
+    private:
         CommonTool& tool;
         InputSet& set;
-
-        ~ExecutionEnd();
     };
 
+    bool AddTo(InputSet& set, const MessageInput& arrived) const;
+    void ForgetRemovedInputs();
     IOutputReceiver& Receiver(const Ta::Place& place) const;
     ToolOutputInfo& InsertOutput(const Ta::Place& place, const char* id, std::size_t index,
                                  std::unique_ptr<Ta::Properties::Structure> params);
@@ -147,7 +156,9 @@ private:
     std::size_t openUpdates = 0;
     bool asyncMode;
     bool batched = false;
+    bool executing = false;
     std::vector<std::unique_ptr<ToolInputInfo>> inputs;
+    std::vector<std::unique_ptr<ToolInputInfo>> removedInputs;
     std::vector<std::unique_ptr<ToolOutputInfo>> outputs;
     std::vector<std::unique_ptr<ToolActionInfo>> actions;
     Ta::Event<ParamsChangeType> paramsChanged;

@@ -84,11 +84,11 @@ public:
     virtual void Start() = 0;
     virtual void Stop() = 0;
 
-    /// Delivers an input set: one execution. False, and no execution, if an input index is past the end.
+    /// Delivers an input set: one execution. False, and no execution, if an input index is past the end or comes twice.
     virtual bool ProcessInputSet(const MessageInput* inputs, std::size_t count) = 0;
 
     /// Delivers one input; the execution comes with the last of the inputs that something is routed to. False until
-    /// then, and for an input index past the end.
+    /// then, for an input index past the end, and for an input that is pending already, of which the former stays.
     virtual bool Process(const MessageInput& input) = 0;
 
     virtual TaCommon::IMetricsKeeper* MetricsKeeper() = 0;

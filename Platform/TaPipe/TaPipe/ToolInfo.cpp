@@ -26,7 +26,7 @@ const std::string& ToolInfo::Type() const
 
 ToolInfo& ToolInfo::SetDisplayName(const char* name)
 {
-    displayName = name;
+    displayName = name == nullptr ? "" : name;
     return *this;
 }
 
@@ -37,7 +37,7 @@ const std::string& ToolInfo::DisplayName() const
 
 ToolInfo& ToolInfo::SetDescription(const char* text)
 {
-    description = text;
+    description = text == nullptr ? "" : text;
     return *this;
 }
 
@@ -48,7 +48,7 @@ const std::string& ToolInfo::Description() const
 
 ToolInfo& ToolInfo::SetHelpUrl(const char* url)
 {
-    helpUrl = url;
+    helpUrl = url == nullptr ? "" : url;
     return *this;
 }
 

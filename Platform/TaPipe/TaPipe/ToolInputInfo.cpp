@@ -44,7 +44,7 @@ const std::vector<PipeDataFormat>& ToolInputInfo::AcceptedDataFormats() const
 
 ToolInputInfo& ToolInputInfo::SetDisplayName(const char* name)
 {
-    displayName = name;
+    displayName = name == nullptr ? "" : name;
     return *this;
 }
 

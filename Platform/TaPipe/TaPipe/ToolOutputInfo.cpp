@@ -63,7 +63,7 @@ const char* ToolOutputInfo::Units() const
 
 ToolOutputInfo& ToolOutputInfo::SetDisplayName(const char* name)
 {
-    displayName = name;
+    displayName = name == nullptr ? "" : name;
     return *this;
 }
 
@@ -87,13 +87,16 @@ ToolOutputInfo& ToolOutputInfo::SetPriority(std::size_t newPriority)
 
 ToolOutputInfo& ToolOutputInfo::AssociateOutput(const char* outputId)
 {
-    associated.emplace_back(outputId);
+    if (outputId != nullptr)
+    {
+        associated.emplace_back(outputId);
+    }
     return *this;
 }
 
 ToolOutputInfo& ToolOutputInfo::SetUnits(const char* text)
 {
-    units = text;
+    units = text == nullptr ? "" : text;
     return *this;
 }
 
