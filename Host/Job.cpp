@@ -131,14 +131,25 @@ private:
     JobPlace place;
 };
 
+std::filesystem::path ScanFile(const std::string& name, const JobPlace& place, const std::filesystem::path& folder)
+{
+    // The system would read the name up to the null only, and open another file.
+    if (name.find('\0') != std::string::npos)
+    {
+        place.Fail("the name of the file holds a null character", "Write the name of a file");
+    }
+    return folder / name;
+}
+
 ScanSetup ReadScanSetup(const json& value, const JobPlace& place, const std::filesystem::path& folder)
 {
     if (value.is_string() && !value.get_ref<const std::string&>().empty())
     {
-        return {folder / value.get<std::string>(), {}, place};
+        return {ScanFile(value.get<std::string>(), place, folder), {}, place};
     }
     const ObjectReader reader(value, place, {"file", "options"});
-    return {folder / reader.Text("file"), reader.Has("options") ? reader.Object("options") : json(), place};
+    return {ScanFile(reader.Text("file"), place, folder), reader.Has("options") ? reader.Object("options") : json(),
+            place};
 }
 
 std::optional<double> LimitOf(const json& value, const JobPlace& place)

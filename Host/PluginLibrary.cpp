@@ -56,6 +56,19 @@ bool IsWholeLibrary(const std::filesystem::path& file)
     return true;
 }
 
+/// Whether a library was built for the kind of machine that this program was built for.
+bool IsForThisMachine(const std::filesystem::path& file)
+{
+    const auto headOf = [](const std::filesystem::path& name) {
+        ElfW(Ehdr) head{};
+        std::ifstream(name, std::ios::binary).read(reinterpret_cast<char*>(&head), sizeof head);
+        return head;
+    };
+    const ElfW(Ehdr) library = headOf(file);
+    const ElfW(Ehdr) program = headOf("/proc/self/exe");
+    return library.e_machine == program.e_machine && library.e_ident[EI_CLASS] == program.e_ident[EI_CLASS];
+}
+
 void* Open(const std::filesystem::path& file)
 {
     std::error_code failure;
@@ -67,6 +80,11 @@ void* Open(const std::filesystem::path& file)
     {
         throw Error(file, "", "this is no library, or only a part of one",
                     "Give a plug-in, and copy it again if it was cut off");
+    }
+    if (!IsForThisMachine(file))
+    {
+        throw Error(file, "", "the plug-in was built for another kind of machine",
+                    "Build it on or for this kind of machine");
     }
     void* const handle = dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr)

@@ -15,6 +15,10 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
 #include <filesystem>
 #include <ostream>
 #include <system_error>
@@ -32,7 +36,7 @@ constexpr const char* examples = R"(Examples:
   tlk run SurfaceHeight scan.x3p --limits Mean=-0.05:0.05 --csv results.csv
 
 Exit codes: 0 all decisions passed; 1 a measurement is outside its limits, or has limits but no value;
-2 bad use, or a bad job, scan, parameter or plug-in: one message says what, and nothing is written.)";
+2 bad use, or a bad job, scan, parameter or plug-in: one message says what, and no file is left half-written.)";
 
 constexpr const char* runNotes =
     R"(A scan is a grey TIFF height map (with spacing and axes in SCAN.json) or an X3P file.
@@ -99,6 +103,46 @@ fs::path ProgramFolder(const std::string& programName)
     return failure ? fs::absolute(programName).parent_path() : self.parent_path();
 }
 
+bool IsSameFile(const fs::path& a, const fs::path& b)
+{
+    std::error_code ignored;
+    return fs::equivalent(a, b, ignored) ||
+           fs::weakly_canonical(fs::absolute(a), ignored) == fs::weakly_canonical(fs::absolute(b), ignored);
+}
+
+/// True while code of plug-ins runs.
+std::atomic<bool> toolsAtWork{false};
+
+/// A tool that ends the program would else end it with "all decisions passed".
+void ReportEarlyEnd()
+{
+    if (toolsAtWork)
+    {
+        constexpr std::string_view message = "tlk: a tool ended the program; there are no results. Mend the tool.\n";
+        static_cast<void>(!write(STDERR_FILENO, message.data(), message.size()));
+        _exit(static_cast<int>(ExitCode::BadInput));
+    }
+}
+
+RunResult RunGuarded(const Job& job, const ToolRegistry& registry)
+{
+    static const int registered = std::atexit(ReportEarlyEnd);
+    static_cast<void>(registered);
+    struct AtWork
+    {
+        AtWork()
+        {
+            toolsAtWork = true;
+        }
+
+        ~AtWork()
+        {
+            toolsAtWork = false;
+        }
+    } const atWork;
+    return RunJob(job, registry);
+}
+
 class Program
 {
 public:
@@ -155,8 +199,14 @@ private:
         };
         addList("--param", options.words.parameters, "Parameter of the tool; repeatable", "KEY=VALUE");
         addList("--limits", options.words.limits, "Decision limits of an output; repeatable", "OUTPUT=LOW:HIGH");
-        run.add_option("--json", options.jsonFile, "Write the results as JSON")->type_name("FILE");
-        run.add_option("--csv", options.csvFile, "Write the results as comma-separated values")->type_name("FILE");
+        const auto addFile = [&run](const char* name, std::string& file, const char* help) {
+            const auto named = [](const std::string& word) {
+                return word.empty() ? std::string("the name of the file is empty") : std::string();
+            };
+            run.add_option(name, file, help)->type_name("FILE")->check(CLI::Validator(named, ""));
+        };
+        addFile("--json", options.jsonFile, "Write the results as JSON");
+        addFile("--csv", options.csvFile, "Write the results as comma-separated values");
         run.add_flag("--verbose", options.verbose, "Show what the scan reader notes");
     }
 
@@ -252,7 +302,9 @@ private:
             JobPlace{"command line", "run"}.Fail("JSON and CSV cannot both go to the terminal",
                                                  "Write one of them into a file");
         }
-        const RunResult run = RunJob(JobOfWords(registry), registry);
+        const Job job = JobOfWords(registry);
+        CheckResultFiles(job);
+        const RunResult run = RunGuarded(job, registry);
         const std::string json = options.jsonFile.empty() ? "" : Dumped(ResultJson(run));
         const std::string csv = options.csvFile.empty() ? "" : ResultCsv(run);
         Deliver(options.jsonFile, json);
@@ -262,6 +314,34 @@ private:
             out << ResultTable(run, options.verbose ? Notes::Whole : Notes::Count);
         }
         return HasPassed(run) ? ExitCode::Passed : ExitCode::Failed;
+    }
+
+    /// Results may not take the place of what they are made from, nor of each other.
+    void CheckResultFiles(const Job& job) const
+    {
+        std::vector<fs::path> taken{options.subject};
+        for (const ScanSetup& scan : job.scans)
+        {
+            taken.push_back(scan.file);
+            taken.emplace_back(scan.file.string() + ".json");
+        }
+        for (const std::string& file : {options.jsonFile, options.csvFile})
+        {
+            if (file.empty() || file == terminal)
+            {
+                continue;
+            }
+            for (const fs::path& other : taken)
+            {
+                if (IsSameFile(file, other))
+                {
+                    JobPlace{"command line", "run"}.Fail(
+                        fmt::format("the results would take the place of {}", Quoted(other.string())),
+                        "Give the results a file of their own");
+                }
+            }
+            taken.emplace_back(file);
+        }
     }
 
     void Deliver(const std::string& file, const std::string& text)

@@ -213,6 +213,11 @@ void ToolRunner::ConfigureOutput(const OutputSetup& setup)
     {
         return;
     }
+    if (!output.IsEnabled())
+    {
+        setup.place.Fail("the output has limits and is switched off, so nothing would be decided",
+                         "Take the limits out, or switch the output on");
+    }
     if (dynamic_cast<TaPipe::OutputMeasurementParams*>(&output.Params()) == nullptr)
     {
         setup.place.Fail(

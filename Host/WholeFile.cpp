@@ -60,10 +60,7 @@ public:
 
     void TakePlace()
     {
-        // A temporary file is for its owner only; the result gets the rights that any new file would get.
-        const mode_t mask = umask(0);
-        umask(mask);
-        if (fchmod(descriptor, 0666 & ~mask) != 0 || fsync(descriptor) != 0)
+        if (fchmod(descriptor, Rights()) != 0 || fsync(descriptor) != 0)
         {
             Fail("it cannot be written");
         }
@@ -76,6 +73,22 @@ public:
     }
 
 private:
+    // A temporary file is for its owner only; the result keeps the rights of the file whose place it takes, or gets
+    // those of any new file.
+    [[nodiscard]] mode_t Rights() const
+    {
+        struct stat former
+        {
+        };
+        if (stat(target.c_str(), &former) == 0)
+        {
+            return former.st_mode & 0777U;
+        }
+        const mode_t mask = umask(0);
+        umask(mask);
+        return 0666U & ~mask;
+    }
+
     [[noreturn]] void Fail(const std::string& problem) const
     {
         const std::string reason = std::generic_category().message(errno);

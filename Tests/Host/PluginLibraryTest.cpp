@@ -84,8 +84,9 @@ TEST(PluginLibrary, refuses_a_library_of_another_machine)
     other[18] = 21; // the machine, in the header of the file
     WriteBytes(folder / "other.so", other);
     const std::string message = LoadError(folder / "other.so");
-    EXPECT_TRUE(Contains(message, (folder / "other.so").string() + ": the plug-in cannot be loaded ("));
-    EXPECT_TRUE(Contains(message, "Give a plug-in that was built for this machine"));
+    EXPECT_TRUE(
+        Contains(message, (folder / "other.so").string() + ": the plug-in was built for another kind of machine."));
+    EXPECT_TRUE(Contains(message, "Build it on or for this kind of machine."));
 }
 
 TEST(PluginLibrary, lists_its_tools_in_their_order)

@@ -242,11 +242,15 @@ TEST_P(Bad_use, ends_with_2_and_one_message_and_writes_nothing)
     WriteBytes(folder / "half.tif.json", R"({"spacing": [1, 1, 1]})");
     WriteBytes(folder / "text.json", "no job at all");
     WriteBytes(folder / "key.json", R"({"scans": ["a.tif"], "tools": [{"type": "SurfaceHeight", "output": {}}]})");
+    WriteBytes(folder / "good.json", R"({"scans": ["a.tif"], "tools": [{"type": "SurfaceHeight"}]})");
+    WriteBytes(folder / "off.json", R"({"scans": ["a.tif"], "tools": [{"type": "SurfaceHeight", "outputs":)"
+                                    R"( {"Mean": {"enabled": false, "limits": [0, 1]}}}]})");
+    WriteBytes(folder / "null.json", R"({"scans": ["a.tif\u0000x"], "tools": [{"type": "SurfaceHeight"}]})");
     const auto before = Files();
     const Ended ended = Run(GetParam().words);
     EXPECT_EQ(ended.code, 2);
     EXPECT_EQ(ended.out, "");
-    EXPECT_TRUE(Contains(ended.err, GetParam().says));
+    EXPECT_TRUE(Contains(ended.err, GetParam().says)) << ended.err;
     EXPECT_EQ(Lines(ended.err).size(), 1U) << ended.err;
     EXPECT_EQ(Files(), before);
 }
@@ -274,6 +278,18 @@ INSTANTIATE_TEST_SUITE_P(
              "tlk: text.tif: first bytes: the file begins neither as a TIFF nor as an X3P file."},
         Case{"truncated_scan", "run SurfaceHeight half.tif --csv r.csv", "tlk: half.tif: "},
         Case{"no_folder_for_results", "run SurfaceHeight a.tif --json none/r.json", "none/r.json: "},
+        Case{"result_in_place_of_a_scan", "run SurfaceHeight a.tif --csv a.tif",
+             "tlk: command line: run: the results would take the place of \"a.tif\"."},
+        Case{"result_in_place_of_a_sidecar", "run SurfaceHeight a.tif --json ./a.tif.json",
+             "the results would take the place of \"a.tif.json\"."},
+        Case{"result_in_place_of_the_job", "run good.json --json good.json",
+             "the results would take the place of \"good.json\"."},
+        Case{"results_in_one_file", "run SurfaceHeight a.tif --json r --csv ./r",
+             "the results would take the place of \"r\"."},
+        Case{"limits_of_an_output_switched_off", "run off.json --csv r.csv",
+             "the output has limits and is switched off, so nothing would be decided."},
+        Case{"null_in_the_name_of_a_scan", "run null.json",
+             "tlk: null.json: scans[0]: the name of the file holds a null character."},
         Case{"two_on_the_terminal", "run SurfaceHeight a.tif --json - --csv -",
              "JSON and CSV cannot both go to the terminal."}),
     [](const auto& test) { return std::string(test.param.name); });
@@ -300,6 +316,15 @@ TEST_F(Program, writes_no_result_when_a_later_file_cannot_be_written)
     WriteBytes(folder / "r.csv", "old");
     EXPECT_EQ(Run("run SurfaceHeight a.tif --json none/r.json --csv r.csv").code, 2);
     EXPECT_EQ(ReadBytes(folder / "r.csv"), "old");
+}
+
+TEST_F(Program, that_a_tool_ends_says_so_and_does_not_pass)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    const Ended ended = Run(Plugins("run EndsTheProgram a.tif --csv r.csv"));
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_TRUE(Contains(Lines(ended.err).back(), "a tool ended the program; there are no results."));
+    EXPECT_FALSE(fs::exists(folder / "r.csv"));
 }
 
 struct FailingCase

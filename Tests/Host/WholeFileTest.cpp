@@ -62,6 +62,21 @@ TEST_F(WholeFile, is_refused_where_there_is_no_folder)
     EXPECT_TRUE(Contains(message, "Check the folder"));
 }
 
+TEST_F(WholeFile, keeps_the_rights_of_the_file_whose_place_it_takes)
+{
+    const auto rights = [this] {
+        struct stat found
+        {
+        };
+        EXPECT_EQ(stat((folder / "a.csv").c_str(), &found), 0);
+        return found.st_mode & 0777U;
+    };
+    WriteBytes(folder / "a.csv", "old");
+    ASSERT_EQ(chmod((folder / "a.csv").c_str(), 0600), 0);
+    WriteWholeFile(folder / "a.csv", "new");
+    EXPECT_EQ(rights(), 0600U);
+}
+
 TEST_F(WholeFile, does_not_take_the_place_of_a_folder_or_device)
 {
     fs::create_directory(folder / "sub");

@@ -2,6 +2,7 @@
 
 #include <MuTlkHelper/CommonTool.h>
 
+#include <cstdlib>
 #include <stdexcept>
 
 // Tools that fail at one step of their life each.
@@ -95,6 +96,26 @@ private:
 };
 } // namespace
 
+namespace
+{
+/// Takes the whole program down with it, as if all were well.
+class EndsTheProgram final : public Mu::Tools::CommonTool
+{
+    void Init(IToolHost& host) override
+    {
+        AddInput("Surface", static_cast<std::size_t>(-1));
+        CommonTool::Init(host, params);
+    }
+
+    void Execute(InputSet& /*set*/) override
+    {
+        std::exit(0);
+    }
+
+    Ta::Params::Group params;
+};
+} // namespace
+
 TA_EXPORT_TOOLS(TaPipe::PluginTool<ThrowsException>("ThrowsException", "1.0"),
                 TaPipe::PluginTool<ThrowsInt>("ThrowsInt", "1.0"), CompleteTool("GivesNothing"),
                 TaPipe::PluginTool<FailsIn<Step::Init>>("FailsInInit", "1.0"),
@@ -102,4 +123,5 @@ TA_EXPORT_TOOLS(TaPipe::PluginTool<ThrowsException>("ThrowsException", "1.0"),
                 TaPipe::PluginTool<FailsIn<Step::Routed>>("FailsWhenRouted", "1.0"),
                 TaPipe::PluginTool<FailsIn<Step::Start>>("FailsInStart", "1.0"),
                 TaPipe::PluginTool<FailsIn<Step::Execute>>("FailsInExecute", "1.0"),
-                TaPipe::PluginTool<FailsIn<Step::Stop>>("FailsInStop", "1.0"))
+                TaPipe::PluginTool<FailsIn<Step::Stop>>("FailsInStop", "1.0"),
+                TaPipe::PluginTool<EndsTheProgram>("EndsTheProgram", "1.0"))
