@@ -14,6 +14,7 @@ buildPackages=(
     libfmt-dev
     libpugixml-dev
     libtiff-dev
+    libxxhash-dev
     libzip-dev
     ninja-build
     nlohmann-json3-dev

@@ -18,3 +18,4 @@
 #include <TaVision/TvRenderingMsg.h>
 #include <TaVision/TvSurfaceMsg.h>
 #include <TaVision/TvSurfaceTransform.h>
+#include <TaVision/TvTypes.h>

@@ -77,6 +77,22 @@ bool IsIntensityType(zType itemType)
 {
     return itemType == zTypeOf(z8u) || itemType == zTypeOf(z16u);
 }
+
+bool IsTaken(std::size_t length, std::size_t width)
+{
+    return length <= TvMSG_MAX_ITEMS && width <= TvMSG_MAX_ITEMS && length * width <= TvMSG_MAX_ITEMS;
+}
+
+zStatus LoadSamples(zDat6Reader* reader, const TvArrayKind& kind, TvSamples& samples, zAlloc alloc)
+{
+    zObject array = nullptr;
+    zTRY(zDat6_ReadObject(reader, kind.type, alloc, &array));
+    if (array != nullptr)
+    {
+        Put(kind, samples, array);
+    }
+    return zOK;
+}
 } // namespace
 
 constinit const TvArrayKind TvGRID_ARRAYS = {zTypeOf(zArray2), zArray2_Construct, Rows,
@@ -100,10 +116,38 @@ zStatus TvDataMsgClass::CopyFrom(const TvDataMsgClass& source)
     return Clone(*kind, intensity, source.intensity, alloc);
 }
 
+zStatus TvDataMsgClass::SaveTo(zDat6Writer* writer) const
+{
+    zTRY(TvMsgClass::SaveTo(writer));
+    zTRY(zDat6_WriteReals(writer, offset));
+    zTRY(zDat6_WriteReals(writer, scale));
+    zTRY(zDat6_WriteObject(writer, points.array));
+    return zDat6_WriteObject(writer, intensity.array);
+}
+
+zStatus TvDataMsgClass::LoadGrid(zDat6Reader* reader, const TvArrayKind& arrayKind, bool (*isPointType)(zType))
+{
+    kind = &arrayKind;
+    zTRY(TvMsgClass::LoadFrom(reader));
+    zTRY(zDat6_ReadReals(reader, &offset));
+    zTRY(zDat6_ReadReals(reader, &scale));
+    zTRY(LoadSamples(reader, *kind, points, alloc));
+    zTRY(LoadSamples(reader, *kind, intensity, alloc));
+    if (points.array == nullptr || !isPointType(points.itemType))
+    {
+        return zERROR_FORMAT;
+    }
+    length = kind->length(points.array);
+    width = kind->width(points.array);
+    const bool isInStep =
+        intensity.array == nullptr || (IsIntensityType(intensity.itemType) && HasSizeOf(*this, intensity.array));
+    return isInStep && IsTaken(length, width) ? zOK : zERROR_FORMAT;
+}
+
 zStatus TvDataMsgClass::BuildGrid(const TvArrayKind& arrayKind, zType itemType, std::size_t newLength,
                                   std::size_t newWidth)
 {
-    if (newLength > TvMSG_MAX_ITEMS || newWidth > TvMSG_MAX_ITEMS || newLength * newWidth > TvMSG_MAX_ITEMS)
+    if (!IsTaken(newLength, newWidth))
     {
         return zERROR_PARAMETER;
     }

@@ -37,6 +37,11 @@ struct TvDataMsgClass : TvMsgClass
 
     void ReleaseParts() noexcept;
     [[nodiscard]] zStatus CopyFrom(const TvDataMsgClass& source);
+    [[nodiscard]] zStatus SaveTo(zDat6Writer* writer) const;
+
+    /// Gives a new message what was written, if its points lie in an array of that kind, of an item type that
+    /// `isPointType` takes. -984 for others, for more than `TvMSG_MAX_ITEMS`, and for intensities out of step.
+    [[nodiscard]] zStatus LoadGrid(zDat6Reader* reader, const TvArrayKind& arrayKind, bool (*isPointType)(zType));
 
     /// Gives a new message its points, without defined values. -997 beyond `TvMSG_MAX_ITEMS`.
     [[nodiscard]] zStatus BuildGrid(const TvArrayKind& arrayKind, zType itemType, std::size_t newLength,

@@ -18,6 +18,22 @@ struct TvFeatureMsgClass : TvMsgClass
         size = source.size;
         return TvMsgClass::CopyFrom(source);
     }
+
+    [[nodiscard]] zStatus SaveTo(zDat6Writer* writer) const
+    {
+        zTRY(TvMsgClass::SaveTo(writer));
+        zTRY(zDat6_WriteReals(writer, position));
+        zTRY(zDat6_WriteReals(writer, direction));
+        return zDat6_WriteReals(writer, size);
+    }
+
+    [[nodiscard]] zStatus LoadFrom(zDat6Reader* reader)
+    {
+        zTRY(TvMsgClass::LoadFrom(reader));
+        zTRY(zDat6_ReadReals(reader, &position));
+        zTRY(zDat6_ReadReals(reader, &direction));
+        return zDat6_ReadReals(reader, &size);
+    }
 };
 
 // What the families offer under names of their own.

@@ -2,6 +2,7 @@
 #include <TaVision/TvMsgClass.h>
 
 #include <cstring>
+#include <limits>
 
 namespace
 {
@@ -45,6 +46,26 @@ struct Generic : TvMsgClass
         zTRY(Allocate(source.dataType, source.size));
         Fill(source.buffer);
         return zOK;
+    }
+
+    [[nodiscard]] zStatus SaveTo(zDat6Writer* writer) const
+    {
+        zTRY(TvMsgClass::SaveTo(writer));
+        zTRY(zDat6_WriteNumber(writer, dataType));
+        zTRY(zDat6_WriteNumber(writer, size));
+        return zDat6_Write(writer, buffer, size);
+    }
+
+    [[nodiscard]] zStatus LoadFrom(zDat6Reader* reader)
+    {
+        z64u storedType = 0;
+        z64u storedSize = 0;
+        zTRY(TvMsgClass::LoadFrom(reader));
+        zTRY(zDat6_ReadNumber(reader, std::numeric_limits<z32u>::max(), &storedType));
+        zTRY(zDat6_ReadNumber(reader, TvMSG_MAX_ITEMS, &storedSize));
+        zTRY(zDat6_CheckCount(reader, storedSize, 1));
+        zTRY(Allocate(static_cast<z32u>(storedType), storedSize));
+        return zDat6_Read(reader, buffer, size);
     }
 };
 

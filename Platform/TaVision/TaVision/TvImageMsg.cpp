@@ -5,24 +5,6 @@
 
 namespace
 {
-struct Image : TvDataMsgClass
-{
-    TvPixelFormat format = 0;
-    z32s sourceId = 0;
-
-    [[nodiscard]] zStatus CopyFrom(const Image& source)
-    {
-        format = source.format;
-        sourceId = source.sourceId;
-        return TvDataMsgClass::CopyFrom(source);
-    }
-};
-
-Image* As(zObject msg)
-{
-    return zObjectType_Cast<Image>(msg, zTypeOf(TvImageMsg));
-}
-
 zType PixelType(TvPixelFormat format, std::size_t pixelSize)
 {
     switch (format)
@@ -52,6 +34,42 @@ bool IsSizeOf(TvPixelFormat format, std::size_t pixelSize)
 bool IsTooLarge(std::size_t width, std::size_t height, std::size_t pixelSize)
 {
     return width > TvMSG_MAX_ITEMS || height > TvMSG_MAX_ITEMS || width * height > TvMSG_MAX_ITEMS / pixelSize;
+}
+
+struct Image : TvDataMsgClass
+{
+    TvPixelFormat format = 0;
+    z32s sourceId = 0;
+
+    [[nodiscard]] zStatus CopyFrom(const Image& source)
+    {
+        format = source.format;
+        sourceId = source.sourceId;
+        return TvDataMsgClass::CopyFrom(source);
+    }
+
+    [[nodiscard]] zStatus SaveTo(zDat6Writer* writer) const
+    {
+        zTRY(zDat6_WriteSigned(writer, format));
+        zTRY(zDat6_WriteSigned(writer, sourceId));
+        return TvDataMsgClass::SaveTo(writer);
+    }
+
+    [[nodiscard]] zStatus LoadFrom(zDat6Reader* reader)
+    {
+        zTRY(zDat6_ReadSigned(reader, &format));
+        zTRY(zDat6_ReadSigned(reader, &sourceId));
+        zTRY(LoadGrid(reader, TvGRID_ARRAYS, [](zType itemType) { return !itemType->isObject; }));
+        const std::size_t pixelSize = points.itemType->size;
+        const bool isOfFormat = IsSizeOf(format, pixelSize) && points.itemType == PixelType(format, pixelSize);
+        const bool isImage = isOfFormat && intensity.array == nullptr && !IsTooLarge(width, length, pixelSize);
+        return isImage ? zOK : zERROR_FORMAT;
+    }
+};
+
+Image* As(zObject msg)
+{
+    return zObjectType_Cast<Image>(msg, zTypeOf(TvImageMsg));
 }
 } // namespace
 

@@ -2,6 +2,8 @@
 #include <TaVision/TvMsgClass.h>
 #include <TaVision/TvNullMsg.h>
 
+#include <limits>
+
 namespace
 {
 constexpr zPoint3d64f UNKNOWN_POSITION = {zNULL_64F, zNULL_64F, zNULL_64F};
@@ -20,6 +22,29 @@ struct Measure : TvMsgClass
         labelPosition = source.labelPosition;
         passed = source.passed;
         sourceId = source.sourceId;
+        return zOK;
+    }
+
+    [[nodiscard]] zStatus SaveTo(zDat6Writer* writer) const
+    {
+        zTRY(TvMsgClass::SaveTo(writer));
+        zTRY(zDat6_WriteReals(writer, value));
+        zTRY(zDat6_WriteReals(writer, labelPosition));
+        zTRY(zDat6_WriteNumber(writer, passed ? 1 : 0));
+        return zDat6_WriteNumber(writer, sourceId);
+    }
+
+    [[nodiscard]] zStatus LoadFrom(zDat6Reader* reader)
+    {
+        z64u storedPassed = 0;
+        z64u storedId = 0;
+        zTRY(TvMsgClass::LoadFrom(reader));
+        zTRY(zDat6_ReadReals(reader, &value));
+        zTRY(zDat6_ReadReals(reader, &labelPosition));
+        zTRY(zDat6_ReadNumber(reader, 1, &storedPassed));
+        zTRY(zDat6_ReadNumber(reader, std::numeric_limits<z32u>::max(), &storedId));
+        passed = storedPassed == 1;
+        sourceId = static_cast<z32u>(storedId);
         return zOK;
     }
 };

@@ -2,11 +2,13 @@
 
 #include <TaVision/TvDataMsg.h>
 
+#include <zApi/zDat6.h>
 #include <zApi/zObjectType.h>
 #include <zRelay/zMsgSetClass.h>
 
 // For those who make messages of this library. The class of a family derives from `TvMsgClass`, holds handles and plain
-// values, and shadows `ReleaseParts` and `CopyFrom` if it holds more than plain values or has any of its own.
+// values, and shadows `ReleaseParts`, `CopyFrom`, `SaveTo` and `LoadFrom` if it holds more than plain values or has any
+// of its own.
 
 inline constexpr zRect3d64f TvUNKNOWN_BOX = {zNULL_64F, zNULL_64F, zNULL_64F, zNULL_64F, zNULL_64F, zNULL_64F};
 
@@ -22,6 +24,12 @@ struct TvMsgClass : zMsgSetClass
 
     /// Makes a new message a deep copy of `source`; what it holds goes to its own allocator.
     [[nodiscard]] zStatus CopyFrom(const TvMsgClass& source);
+
+    /// Writes what the message holds.
+    [[nodiscard]] zStatus SaveTo(zDat6Writer* writer) const;
+
+    /// Gives a new message what was written; what it holds goes to its own allocator.
+    [[nodiscard]] zStatus LoadFrom(zDat6Reader* reader);
 };
 
 template <typename T>
@@ -40,9 +48,24 @@ zStatus TvMsg_Clone(zObject object, zAlloc alloc, zObject* clone)
     return zObjectType_Finish(made, made->CopyFrom(*source), clone);
 }
 
+template <typename T>
+zStatus TvMsg_Save(zObject object, zDat6Writer* writer)
+{
+    return static_cast<const T*>(object)->SaveTo(writer);
+}
+
+template <typename T>
+zStatus TvMsg_Load(zDat6Reader* reader, zType type, zAlloc alloc, zObject* object)
+{
+    T* made = nullptr;
+    zTRY(zObjectType_New(type, alloc, &made));
+    made->count = 1;
+    return zObjectType_Finish(made, made->LoadFrom(reader), object);
+}
+
 /// The operations of a family's type object.
 template <typename T>
-inline constexpr zObjectOps TvMsg_Ops = {TvMsg_Release<T>, TvMsg_Clone<T>};
+inline constexpr zObjectOps TvMsg_Ops = {TvMsg_Release<T>, TvMsg_Clone<T>, TvMsg_Save<T>, TvMsg_Load<T>};
 
 /// Makes a message with `stampCount` stamps, fills it with `build(T&)`, which returns a status, and hands it out.
 template <typename T, typename Build>

@@ -1,8 +1,6 @@
 #include <TaVision/TvDataMsgClass.h>
 #include <TaVision/TvProfileMsg.h>
 
-zDEFINE_OBJECT_TYPE(TvProfileMsg, TvDataMsg, &TvMsg_Ops<TvDataMsgClass>);
-
 namespace
 {
 zStatus ConstructRow(zObject* array, zType itemType, std::size_t /*length*/, std::size_t width, zAlloc alloc)
@@ -27,7 +25,17 @@ bool IsPointType(zType itemType)
 {
     return itemType == zTypeOf(z16s) || itemType == zTypeOf(zPoint16s);
 }
+
+struct Profile : TvDataMsgClass
+{
+    [[nodiscard]] zStatus LoadFrom(zDat6Reader* reader)
+    {
+        return LoadGrid(reader, profileArrays, IsPointType);
+    }
+};
 } // namespace
+
+zDEFINE_OBJECT_TYPE(TvProfileMsg, TvDataMsg, &TvMsg_Ops<Profile>);
 
 zStatus TvProfileMsg_Construct(TvProfileMsg* msg, zType itemType, std::size_t profileCount, std::size_t pointCount,
                                zAlloc alloc)
@@ -45,9 +53,9 @@ zStatus TvProfileMsg_Construct(TvProfileMsg* msg, zType itemType, std::size_t pr
     {
         return zERROR_PARAMETER;
     }
-    return TvMsg_Make<TvDataMsgClass>(
-        zTypeOf(TvProfileMsg), 1, alloc, msg,
-        [itemType, pointCount](TvDataMsgClass& made) { return made.Build(profileArrays, itemType, 1, pointCount); });
+    return TvMsg_Make<Profile>(zTypeOf(TvProfileMsg), 1, alloc, msg, [itemType, pointCount](Profile& made) {
+        return made.Build(profileArrays, itemType, 1, pointCount);
+    });
 }
 
 std::size_t TvProfileMsg_PointCount(TvProfileMsg msg)

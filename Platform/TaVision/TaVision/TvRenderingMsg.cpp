@@ -17,6 +17,18 @@ struct Rendering : TvMsgClass
         zTRY(TvMsgClass::CopyFrom(source));
         return xzObject_CloneImpl(&graphic, source.graphic, alloc);
     }
+
+    [[nodiscard]] zStatus SaveTo(zDat6Writer* writer) const
+    {
+        zTRY(TvMsgClass::SaveTo(writer));
+        return zDat6_WriteObject(writer, graphic);
+    }
+
+    [[nodiscard]] zStatus LoadFrom(zDat6Reader* reader)
+    {
+        zTRY(TvMsgClass::LoadFrom(reader));
+        return zDat6_ReadObject(reader, zTypeOf(zObject), alloc, &graphic);
+    }
 };
 } // namespace
 

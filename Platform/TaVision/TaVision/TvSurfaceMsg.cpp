@@ -1,10 +1,21 @@
 #include <TaVision/TvDataMsgClass.h>
 #include <TaVision/TvSurfaceMsg.h>
 
-zDEFINE_OBJECT_TYPE(TvSurfaceMsg, TvDataMsg, &TvMsg_Ops<TvDataMsgClass>);
-
 namespace
 {
+bool IsPointType(zType itemType)
+{
+    return itemType == zTypeOf(z16s) || itemType == zTypeOf(zPoint3d16s);
+}
+
+struct Surface : TvDataMsgClass
+{
+    [[nodiscard]] zStatus LoadFrom(zDat6Reader* reader)
+    {
+        return LoadGrid(reader, TvGRID_ARRAYS, IsPointType);
+    }
+};
+
 TvDataMsgClass* As(zObject msg)
 {
     return zObjectType_Cast<TvDataMsgClass>(msg, zTypeOf(TvSurfaceMsg));
@@ -12,12 +23,13 @@ TvDataMsgClass* As(zObject msg)
 
 zStatus Construct(zObject* msg, zType pointType, std::size_t width, std::size_t length, zAlloc alloc)
 {
-    return TvMsg_Make<TvDataMsgClass>(zTypeOf(TvSurfaceMsg), 1, alloc, msg,
-                                      [pointType, width, length](TvDataMsgClass& made) {
-                                          return made.Build(TvGRID_ARRAYS, pointType, length, width);
-                                      });
+    return TvMsg_Make<Surface>(zTypeOf(TvSurfaceMsg), 1, alloc, msg, [pointType, width, length](Surface& made) {
+        return made.Build(TvGRID_ARRAYS, pointType, length, width);
+    });
 }
 } // namespace
+
+zDEFINE_OBJECT_TYPE(TvSurfaceMsg, TvDataMsg, &TvMsg_Ops<Surface>);
 
 zStatus TvSurfaceMsg_ConstructSimple(TvSurfaceMsg* msg, std::size_t width, std::size_t length, zAlloc alloc)
 {

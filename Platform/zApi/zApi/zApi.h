@@ -6,6 +6,7 @@
 #include <zApi/zArray1.h>
 #include <zApi/zArray2.h>
 #include <zApi/zArrayList.h>
+#include <zApi/zDat6.h>
 #include <zApi/zDirectory.h>
 #include <zApi/zFault.h>
 #include <zApi/zFile.h>
@@ -17,10 +18,12 @@
 #include <zApi/zObject.h>
 #include <zApi/zPath.h>
 #include <zApi/zQueue.h>
+#include <zApi/zSave6.h>
 #include <zApi/zSerializer.h>
 #include <zApi/zStream.h>
 #include <zApi/zString.h>
 #include <zApi/zThreadPool.h>
 #include <zApi/zType.h>
+#include <zApi/zTypeTable.h>
 #include <zApi/zTypes.h>
 #include <zApi/zVersion.h>

@@ -1,5 +1,6 @@
 #include <zApi/zArray1.h>
 #include <zApi/zArray2.h>
+#include <zApi/zDat6.h>
 #include <zApi/zItems.h>
 
 #include <cstring>
@@ -84,7 +85,42 @@ void* ItemAt(const Array* array, std::size_t row, std::size_t column)
     return static_cast<unsigned char*>(array->items) + (row * array->columns + column) * array->itemType->size;
 }
 
-constexpr zObjectOps arrayOps = {Release, Clone};
+zStatus Save(zObject object, zDat6Writer* writer)
+{
+    const auto* const array = static_cast<const Array*>(object);
+    zTRY(zDat6_WriteType(writer, array->itemType));
+    if (array->type == zTypeOf(zArray2))
+    {
+        zTRY(zDat6_WriteNumber(writer, array->rows));
+    }
+    zTRY(zDat6_WriteNumber(writer, array->columns));
+    return zDat6_WriteItems(writer, array->itemType, array->items, array->Count());
+}
+
+zStatus Load(zDat6Reader* reader, zType type, zAlloc alloc, zObject* object)
+{
+    zType itemType = nullptr;
+    z64u rows = 1;
+    z64u columns = 0;
+    zTRY(zDat6_ReadType(reader, &itemType));
+    if (type == zTypeOf(zArray2))
+    {
+        zTRY(zDat6_ReadNumber(reader, zDAT6_ANY, &rows));
+    }
+    zTRY(zDat6_ReadNumber(reader, zDAT6_ANY, &columns));
+    z64u count = 0;
+    if (__builtin_mul_overflow(rows, columns, &count))
+    {
+        return zERROR_FORMAT;
+    }
+    zTRY(zDat6_CheckCount(reader, count, itemType->size));
+    zObject made = nullptr;
+    zTRY(Construct(type, &made, itemType, rows, columns, alloc));
+    auto* const array = static_cast<Array*>(made);
+    return zObjectType_Finish(array, zDat6_ReadItems(reader, itemType, array->items, count, alloc), object);
+}
+
+constexpr zObjectOps arrayOps = {Release, Clone, Save, Load};
 } // namespace
 
 zDEFINE_OBJECT_TYPE(zArray1, zObject, &arrayOps);

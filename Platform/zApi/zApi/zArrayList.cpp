@@ -1,4 +1,5 @@
 #include <zApi/zArrayList.h>
+#include <zApi/zDat6.h>
 #include <zApi/zItems.h>
 
 #include <algorithm>
@@ -66,7 +67,28 @@ zStatus Clone(zObject object, zAlloc alloc, zObject* clone)
         target, zItems_Clone(source->itemType, target->items, source->items, source->count, alloc), clone);
 }
 
-constexpr zObjectOps listOps = {Release, Clone};
+zStatus Save(zObject object, zDat6Writer* writer)
+{
+    const auto* const list = static_cast<const zArrayListClass*>(object);
+    zTRY(zDat6_WriteType(writer, list->itemType));
+    zTRY(zDat6_WriteNumber(writer, list->count));
+    return zDat6_WriteItems(writer, list->itemType, list->items, list->count);
+}
+
+zStatus Load(zDat6Reader* reader, zType /*type*/, zAlloc alloc, zObject* object)
+{
+    zType itemType = nullptr;
+    std::size_t count = 0;
+    zTRY(zDat6_ReadType(reader, &itemType));
+    zTRY(zDat6_ReadCount(reader, itemType->size, &count));
+    zObject made = nullptr;
+    zTRY(Construct(&made, itemType, count, alloc));
+    auto* const list = static_cast<zArrayListClass*>(made);
+    list->count = count; // handles not yet read are null, so a failure on the way releases what is there
+    return zObjectType_Finish(list, zDat6_ReadItems(reader, itemType, list->items, count, alloc), object);
+}
+
+constexpr zObjectOps listOps = {Release, Clone, Save, Load};
 } // namespace
 
 zDEFINE_OBJECT_TYPE(zArrayList, zObject, &listOps);

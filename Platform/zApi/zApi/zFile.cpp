@@ -227,14 +227,6 @@ zStatus Delete(const char* path)
     return std::filesystem::remove(zFileSystem_Path(path), error) ? zOK : zERROR_IO;
 }
 
-/// Deletes what a failed save has left; a device is no file to be deleted.
-zStatus DeletePart(const char* path)
-{
-    std::error_code error;
-    const std::filesystem::path part = zFileSystem_Path(path);
-    return std::filesystem::is_regular_file(part, error) && std::filesystem::remove(part, error) ? zOK : zERROR_IO;
-}
-
 constexpr zObjectOps fileOps = {Release, nullptr};
 } // namespace
 
@@ -299,6 +291,6 @@ zStatus zFile_Save(const char* path, const void* bytes, std::size_t length)
     {
         return zOK;
     }
-    static_cast<void>(zFileSystem_Call([path] { return DeletePart(path); }));
+    static_cast<void>(zFileSystem_DeletePart(path));
     return written == zOK ? closed : written;
 }

@@ -39,3 +39,13 @@ template <typename Call>
         return zERROR_IO;
     }
 }
+
+/// Deletes what a failed save has left; a device is no file to be deleted.
+[[nodiscard]] inline zStatus zFileSystem_DeletePart(const char* path) noexcept
+{
+    return zFileSystem_Call([path] {
+        std::error_code error;
+        const std::filesystem::path part = zFileSystem_Path(path);
+        return std::filesystem::is_regular_file(part, error) && std::filesystem::remove(part, error) ? zOK : zERROR_IO;
+    });
+}

@@ -1,3 +1,4 @@
+#include <zApi/zDat6.h>
 #include <zApi/zObjectType.h>
 #include <zApi/zString.h>
 
@@ -17,20 +18,27 @@ String* As(zObject string)
     return zObjectType_Cast<String>(string, zTypeOf(zString));
 }
 
-zStatus Construct(zObject* out, const char* text, std::size_t length, zAlloc alloc)
+// Makes a string of `length` characters, terminated; `fill(chars)`, which returns a status, writes them.
+template <typename Fill>
+zStatus Make(zObject* out, std::size_t length, zAlloc alloc, const Fill& fill)
 {
     String* string = nullptr;
     zTRY(zObjectType_New(zTypeOf(zString), alloc, &string));
     void* memory = nullptr;
-    const zStatus status = zAlloc_Get(alloc, length + 1, &memory);
+    zStatus status = zAlloc_Get(alloc, length + 1, &memory);
     if (status == zOK)
     {
         string->chars = static_cast<char*>(memory);
         string->length = length;
-        std::memcpy(string->chars, text, length);
         string->chars[length] = '\0';
+        status = fill(string->chars);
     }
     return zObjectType_Finish(string, status, out);
+}
+
+zStatus Construct(zObject* out, const char* text, std::size_t length, zAlloc alloc)
+{
+    return Make(out, length, alloc, [=](char* chars) { return std::memcpy(chars, text, length), zOK; });
 }
 
 void Release(zObject object) noexcept
@@ -55,7 +63,24 @@ zStatus Append(char* out, std::size_t capacity, std::size_t used, const char* te
     return length <= room ? zOK : zERROR_PARAMETER;
 }
 
-constexpr zObjectOps stringOps = {Release, Clone};
+zStatus Save(zObject object, zDat6Writer* writer)
+{
+    const auto* const string = static_cast<const String*>(object);
+    return zDat6_WriteText(writer, string->chars, string->length);
+}
+
+zStatus Load(zDat6Reader* reader, zType /*type*/, zAlloc alloc, zObject* object)
+{
+    std::size_t length = 0;
+    zTRY(zDat6_ReadCount(reader, 1, &length));
+    return Make(object, length, alloc, [=](char* chars) {
+        zTRY(zDat6_Read(reader, chars, length));
+        // A text ends at its first null character.
+        return std::memchr(chars, '\0', length) == nullptr ? zOK : zERROR_FORMAT;
+    });
+}
+
+constexpr zObjectOps stringOps = {Release, Clone, Save, Load};
 } // namespace
 
 zDEFINE_OBJECT_TYPE(zString, zObject, &stringOps);

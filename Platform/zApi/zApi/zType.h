@@ -3,6 +3,8 @@
 #include <zApi/zTypes.h>
 
 struct zTypeInfo;
+struct zDat6Writer;
+struct zDat6Reader;
 
 /// A type is the address of its type object; two types are the same if the addresses are.
 using zType = const zTypeInfo*;
@@ -14,6 +16,10 @@ struct zObjectOps
     void (*release)(zObject object) noexcept;
     /// Makes a deep copy of the object in `alloc`.
     zStatus (*clone)(zObject object, zAlloc alloc, zObject* clone);
+    /// Writes what the object holds, by the operations of `zDat6.h`. Null if objects of this type are not saved.
+    zStatus (*save)(zObject object, zDat6Writer* writer) = nullptr;
+    /// Makes an object of `type` of what `save` wrote. A failing call leaves nothing behind. Null as `save` is.
+    zStatus (*load)(zDat6Reader* reader, zType type, zAlloc alloc, zObject* object) = nullptr;
 };
 
 /// A type object. It is constant-initialised and lives as long as the process.

@@ -51,6 +51,28 @@ zStatus xzMsgSet_CopyStamps(zMsgSetClass* msg, const zMsgSetClass* source)
     return zOK;
 }
 
+zStatus xzMsgSet_SaveStamps(const zMsgSetClass* msg, zDat6Writer* writer)
+{
+    zTRY(zDat6_WriteNumber(writer, msg->count));
+    zTRY(zDat6_Write(writer, &msg->first, sizeof(zStamp)));
+    return zDat6_Write(writer, msg->others, (msg->count - 1) * sizeof(zStamp));
+}
+
+zStatus xzMsgSet_LoadStamps(zMsgSetClass* msg, zDat6Reader* reader)
+{
+    msg->count = 1;
+    z64u count = 0;
+    zTRY(zDat6_ReadNumber(reader, zMSGSET_MAX_STAMPS, &count));
+    if (count == 0)
+    {
+        return zERROR_FORMAT;
+    }
+    zTRY(zDat6_CheckCount(reader, count, sizeof(zStamp)));
+    zTRY(xzMsgSet_Init(msg, count));
+    zTRY(zDat6_Read(reader, &msg->first, sizeof(zStamp)));
+    return zDat6_Read(reader, msg->others, (count - 1) * sizeof(zStamp));
+}
+
 void xzMsgSet_Release(zMsgSetClass* msg) noexcept
 {
     static_cast<void>(zAlloc_Free(msg->alloc, msg->others));
