@@ -1,7 +1,9 @@
 #pragma once
 
+#include <fstream>
 #include <stdexcept>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace Support
 {
@@ -35,4 +37,16 @@ private:
     __rlimit_resource resource;
     rlimit former{};
 };
+
+/// The bytes of address space that the process has taken: what `RLIMIT_AS` counts.
+inline rlim_t TakenAddressSpace()
+{
+    std::ifstream figures("/proc/self/statm");
+    rlim_t pages = 0;
+    if (!(figures >> pages))
+    {
+        throw std::runtime_error("the size of the process cannot be read");
+    }
+    return pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
+}
 } // namespace Support

@@ -1,5 +1,7 @@
 #include "LogCapture.h"
 
+#include <Support/ResourceLimit.h>
+
 #include <TaApi/Logging.h>
 
 #include <zApi/zFault.h>
@@ -75,6 +77,26 @@ TEST(Logging, Long_text_is_not_cut)
     const std::string text(70000, 'y');
     EXPECT_EQ(Ta_Debug_Log(1, "Unit", LEVEL_ERROR, "Source", "%s", text.c_str()), zOK);
     EXPECT_EQ(log.lines.at(0).text, text);
+}
+
+TEST(Logging, Text_that_cannot_be_formatted_is_refused_and_nothing_is_logged)
+{
+    LogCapture log;
+    // Half of a pair of surrogates is no character in any locale.
+    const wchar_t noText[] = {0xD800, 0};
+    EXPECT_EQ(Ta_Debug_Log(1, "Unit", LEVEL_ERROR, "Source", "%ls", noText), zERROR_PRECONDITION);
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST(Logging, Text_that_finds_no_memory_is_refused_and_nothing_is_logged)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "The sanitizers need all of the address space.";
+#endif
+    LogCapture log;
+    const Support::ResourceLimit addressSpace(RLIMIT_AS, Support::TakenAddressSpace() + (rlim_t{16} << 20U));
+    EXPECT_EQ(Ta_Debug_Log(1, "Unit", LEVEL_ERROR, "Source", "%*d", 200'000'000, 1), zERROR_MEMORY);
+    EXPECT_TRUE(log.lines.empty());
 }
 
 TEST(Logging, Status_of_the_handler_is_passed_on)

@@ -151,16 +151,20 @@ TEST(TpGraphic, Failing_add_leaves_the_graphic_with_the_elements_that_it_had)
 
 TEST(TpGraphic, Graphic_stays_as_it_was_if_it_cannot_grow)
 {
-    const CountingAlloc alloc;
+    for (const GraphicElement& kind : GRAPHIC_ELEMENTS)
     {
-        const auto graphic = NewGraphic(alloc.Get());
-        const auto element = New(GRAPHIC_ELEMENTS.front());
-        alloc.FailAt(1);
-        EXPECT_EQ(TpGraphic_AddPointSet(graphic.Get(), element.Get()), zERROR_MEMORY);
-        EXPECT_EQ(TpGraphic_Count(graphic.Get()), 0U);
-        EXPECT_EQ(xzObject_ReferenceCount(element.Get()), 1);
+        SCOPED_TRACE(kind.name);
+        const CountingAlloc alloc;
+        {
+            const auto graphic = NewGraphic(alloc.Get());
+            const auto element = New(kind);
+            alloc.FailAt(1);
+            EXPECT_EQ(kind.add(graphic.Get(), element.Get()), zERROR_MEMORY);
+            EXPECT_EQ(TpGraphic_Count(graphic.Get()), 0U);
+            EXPECT_EQ(xzObject_ReferenceCount(element.Get()), 1);
+        }
+        EXPECT_EQ(alloc.LiveBlocks(), 0U);
     }
-    EXPECT_EQ(alloc.LiveBlocks(), 0U);
 }
 
 TEST(TpGraphic, Grows_to_thousands_of_elements)

@@ -145,7 +145,7 @@ TEST_P(Every_message, Threads_share_and_release_it)
 {
     void* const raw = GetParam().make().Detach();
     std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
+    for (int t = 0; t < 8; ++t)
     {
         ASSERT_EQ(xzObject_ShareImpl(raw), zOK);
         threads.emplace_back([raw] {

@@ -154,6 +154,18 @@ TEST(ProfileMsg, New_intensities_are_zero_and_of_the_type_asked_for)
     EXPECT_EQ(TvProfileMsg_IntensityType(msg.Get()), zTypeOf(z16u));
 }
 
+TEST(ProfileMsg, Intensities_stay_if_new_ones_cannot_be_had)
+{
+    const CountingAlloc alloc;
+    {
+        const auto msg = Profile({1, 2}, alloc.Get()).Intensity({3, 4});
+        alloc.FailAt(1);
+        EXPECT_EQ(TvProfileMsg_AllocateIntensity(msg.Get(), zTypeOf(z8u)), zERROR_MEMORY);
+        EXPECT_EQ(ItemsOf<z8u>(TvProfileMsg_Intensity(msg.Get()), 2), (std::vector<z8u>{3, 4}));
+    }
+    EXPECT_EQ(alloc.LiveBlocks(), 0U);
+}
+
 TEST(ProfileMsg, Clone_is_independent)
 {
     const auto msg = PointProfile({{1, 2}}).Intensity16({700}).Offset(1, 2, 3);

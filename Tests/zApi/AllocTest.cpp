@@ -290,6 +290,16 @@ TEST(Counting_allocator, Operations_refuse_other_handles)
     EXPECT_EQ(counts.requests + counts.liveBlocks + counts.liveBytes, 0U);
 }
 
+TEST(Counting_allocator, Construct_without_memory_fails)
+{
+    zAlloc alloc = nullptr;
+    // The first gate is that of the operation, the second that of its one request.
+    const ArmedFault fault(2, zERROR_MEMORY);
+    EXPECT_EQ(zCountingAlloc_Construct(&alloc), zERROR_MEMORY);
+    EXPECT_EQ(ArmedFault::Failed(), "zAlloc_Get");
+    EXPECT_EQ(alloc, nullptr);
+}
+
 TEST(Counting_allocator, Counts_are_right_when_threads_share_it)
 {
     const CountingAlloc alloc;

@@ -1,4 +1,5 @@
 #include <Support/FaultWalk.h>
+#include <Support/RefusedCalls.h>
 #include <Support/ResourceLimit.h>
 #include <Support/TemporaryFolder.h>
 
@@ -9,6 +10,7 @@
 #include <zApi/zString.h>
 
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
@@ -39,6 +41,15 @@ std::vector<std::string> TextsIn(const Handle& list)
 void MakeFile(const std::string& path)
 {
     ASSERT_EQ(zFile_Save(path.c_str(), "x", 1), zOK);
+}
+/// Ends the process with 0 if the operation fails as it should.
+[[noreturn]] void AskForApplicationWithoutLinks()
+{
+    std::array<char, 4096> out{"as it was"};
+    const bool isRefused = RefuseToReadLinks();
+    const zStatus status = zDirectory_Application(out.data(), out.size());
+    const bool isLeft = std::string(out.data()) == "as it was";
+    std::_Exit(isRefused && status == zERROR_IO && isLeft ? 0 : 1);
 }
 } // namespace
 
@@ -176,6 +187,11 @@ TEST(Directory, Application_is_the_folder_of_the_running_program)
     std::array<char, 3> small{"??"};
     EXPECT_EQ(zDirectory_Application(small.data(), small.size()), zERROR_PARAMETER);
     EXPECT_STREQ(small.data(), "??");
+}
+
+TEST(Directory, Application_that_the_system_does_not_tell_fails_and_leaves_the_text)
+{
+    EXPECT_EXIT(AskForApplicationWithoutLinks(), testing::ExitedWithCode(0), "");
 }
 
 TEST(Directory, Failing_calls_come_through)

@@ -151,7 +151,7 @@ TEST(Object, Threads_share_and_release_one_object)
     const CountingAlloc alloc;
     zObject const text = Text(alloc.Get());
     std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
+    for (int t = 0; t < 8; ++t)
     {
         ASSERT_EQ(xzObject_ShareImpl(text), zOK);
         threads.emplace_back([text] {

@@ -168,6 +168,7 @@ TEST(String, Compares_by_text)
 {
     EXPECT_EQ(zString_Compare(Text("a").Get(), Text("a").Get()), 0);
     EXPECT_EQ(zString_Compare(Text("a").Get(), Text("b").Get()), -1);
+    EXPECT_EQ(zString_Compare(Text("\xE4").Get(), Text("z").Get()), 1);
     EXPECT_EQ(zString_Compare(Text("").Get(), nullptr), 1);
     EXPECT_EQ(zString_Compare(nullptr, nullptr), 0);
 }

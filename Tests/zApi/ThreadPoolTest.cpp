@@ -1,4 +1,5 @@
 #include <Support/FaultWalk.h>
+#include <Support/ResourceLimit.h>
 
 #include <TaApi/Object.h>
 #include <zApi/zArray1.h>
@@ -7,6 +8,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
 #include <mutex>
@@ -66,6 +68,16 @@ private:
     std::condition_variable everybodyCame;
 };
 
+/// Ends the process with 0 if the pool works, with the caller alone.
+[[noreturn]] void AskForDefaultPoolWithoutThreads()
+{
+    // Room for a pool, but for no stack.
+    const ResourceLimit addressSpace(RLIMIT_AS, TakenAddressSpace() + (rlim_t{1} << 20U));
+    zThreadPool const pool = zThreadPool_Default();
+    const zStatus status = zThreadPool_ParallelFor(pool, 100, Succeed, nullptr);
+    std::_Exit(zThreadPool_Count(pool) == 1 && status == zOK ? 0 : 1);
+}
+
 constexpr std::size_t poolSizes[] = {1, 2, 3, 8};
 } // namespace
 
@@ -100,6 +112,37 @@ TEST(ThreadPool, Construct_refuses_what_it_cannot_make)
     EXPECT_EQ(zThreadPool_Construct(&pool, 0, nullptr), zERROR_PARAMETER);
     EXPECT_EQ(zThreadPool_Construct(&pool, zTHREADPOOL_MAX_THREADS + 1, nullptr), zERROR_PARAMETER);
     EXPECT_EQ(pool, nullptr);
+}
+
+TEST(ThreadPool, Construct_fails_if_the_system_gives_no_or_too_few_threads)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "The sanitizers need all of the address space.";
+#endif
+    const CountingAlloc alloc;
+    // Room for the stack of no thread, and for a few of the many that are asked for.
+    for (const rlim_t room : {rlim_t{0}, rlim_t{64} << 20U})
+    {
+        zThreadPool pool = nullptr;
+        zStatus status = zOK;
+        {
+            const ResourceLimit addressSpace(RLIMIT_AS, TakenAddressSpace() + room);
+            status = zThreadPool_Construct(&pool, zTHREADPOOL_MAX_THREADS, alloc.Get());
+        }
+        EXPECT_EQ(status, zERROR_MEMORY) << room;
+        EXPECT_EQ(pool, nullptr);
+        EXPECT_EQ(alloc.LiveBlocks(), 0U);
+    }
+}
+
+TEST(ThreadPool, Default_pool_is_the_caller_alone_if_the_system_gives_no_thread)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "The sanitizers need all of the address space.";
+#endif
+    // A process of its own, in which nobody has asked for the pool yet.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(AskForDefaultPoolWithoutThreads(), testing::ExitedWithCode(0), "");
 }
 
 TEST(ThreadPool, Operations_refuse_other_handles_and_need_a_body)

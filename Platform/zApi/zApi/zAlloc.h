@@ -40,9 +40,11 @@ extern "C"
     MU_PLATFORM_EXPORT std::size_t zAlloc_KeptBytes();
 
     /// Makes an allocator that counts, on top of the default one. It may be used from several threads.
+    /// -999 if `alloc` is null, -998 if there is no memory.
     MU_PLATFORM_EXPORT zStatus zCountingAlloc_Construct(zAlloc* alloc);
 
-    /// Lets the `request`-th request from now on (1 is the next one) fail with -998; 0 ends it. -997 for another type.
+    /// Lets the `request`-th request from now on (1 is the next one) fail for want of memory; 0 ends it. -997 for
+    /// another type.
     MU_PLATFORM_EXPORT zStatus zCountingAlloc_FailAt(zAlloc alloc, std::size_t request);
 
     /// The counts so far; all 0 for a handle that is no counting allocator.

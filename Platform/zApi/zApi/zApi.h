@@ -18,6 +18,7 @@
 #include <zApi/zObject.h>
 #include <zApi/zPath.h>
 #include <zApi/zQueue.h>
+#include <zApi/zSaturate.h>
 #include <zApi/zSave6.h>
 #include <zApi/zSerializer.h>
 #include <zApi/zStream.h>

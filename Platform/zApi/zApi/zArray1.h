@@ -8,7 +8,8 @@ zDECLARE_TYPE(zArray1);
 
 extern "C"
 {
-    /// Makes an array of `length` items. Object items are null; value items hold no defined value until written.
+    /// Makes an array of `length` items; 0 is legal. Object items are null; value items hold no defined value until
+    /// written.
     /// -999 if `array` or `itemType` is null, -997 if the size in bytes overflows, -998 if there is no memory.
     MU_PLATFORM_EXPORT zStatus zArray1_Construct(zArray1* array, zType itemType, std::size_t length, zAlloc alloc);
 

@@ -8,8 +8,9 @@ zDECLARE_TYPE(zArray2);
 
 extern "C"
 {
-    /// Makes an array of `rows` by `columns` items. Object items are null; value items hold no defined value until
-    /// written. -999 if `array` or `itemType` is null, -997 if the size in bytes overflows, -998 if there is no memory.
+    /// Makes an array of `rows` by `columns` items; 0 is legal for both. Object items are null; value items hold no
+    /// defined value until written.
+    /// -999 if `array` or `itemType` is null, -997 if the size in bytes overflows, -998 if there is no memory.
     MU_PLATFORM_EXPORT zStatus zArray2_Construct(zArray2* array, zType itemType, std::size_t rows, std::size_t columns,
                                                  zAlloc alloc);
 

@@ -8,7 +8,8 @@ zDECLARE_TYPE(zMemory);
 
 extern "C"
 {
-    /// Makes an empty stream that grows in `alloc`. -999 if `memory` is null, -998 if there is no memory.
+    /// Makes an empty stream that grows in `alloc`; a write that finds no memory there fails with -998 and writes
+    /// nothing. -999 if `memory` is null, -998 if there is no memory.
     MU_PLATFORM_EXPORT zStatus zMemory_Construct(zMemory* memory, zAlloc alloc);
 
     /// Lets the stream read and write foreign bytes in place; they stay their owner's and must outlive their use, and

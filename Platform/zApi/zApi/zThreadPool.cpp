@@ -10,13 +10,53 @@
 #include <optional>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace
 {
+/// A pool's own threads. They attach themselves: asio's own start of several threads waits for ever for those that it
+/// has if the system does not give them all.
+class Workers
+{
+public:
+    Workers() = default;
+    Workers(const Workers&) = delete;
+    Workers& operator=(const Workers&) = delete;
+
+    /// What still waits in the queue is dropped.
+    ~Workers()
+    {
+        queue.stop();
+        for (std::thread& thread : threads)
+        {
+            thread.join();
+        }
+    }
+
+    /// @throws std::exception if the system gives no thread; those that it gave end with the object
+    void Start(std::size_t count)
+    {
+        threads.reserve(count);
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            threads.emplace_back([this] { queue.attach(); });
+        }
+    }
+
+    [[nodiscard]] asio::thread_pool& Queue() noexcept
+    {
+        return queue;
+    }
+
+private:
+    asio::thread_pool queue{0};
+    std::vector<std::thread> threads;
+};
+
 struct Pool : zObjectClass
 {
     std::size_t threads;
-    std::optional<asio::thread_pool> workers; ///< none in a pool of one
+    std::optional<Workers> workers; ///< none in a pool of one
 };
 
 constinit std::mutex defaultPoolMutex;
@@ -201,7 +241,7 @@ zStatus Run(Pool& pool, std::size_t count, zParallelBody body, void* context)
     const LoopHandle loop(::new (memory) Loop(count, body, context, pool.alloc));
     if (pool.workers)
     {
-        CallHelpers(*pool.workers, std::min(pool.threads, count) - 1, loop);
+        CallHelpers(pool.workers->Queue(), std::min(pool.threads, count) - 1, loop);
     }
     loop->Work();
     return loop->Wait();
@@ -215,7 +255,7 @@ zStatus StartWorkers(Pool& pool) noexcept
     }
     try
     {
-        pool.workers.emplace(pool.threads - 1);
+        pool.workers.emplace().Start(pool.threads - 1);
         return zOK;
     }
     catch (...)
@@ -234,14 +274,8 @@ zStatus Construct(zObject* out, std::size_t threads, zAlloc alloc)
 
 void Release(zObject object) noexcept
 {
-    auto* const pool = static_cast<Pool*>(object);
-    if (pool->workers)
-    {
-        // What still waits are helpers of loops that are done.
-        pool->workers->stop();
-        pool->workers->join();
-        pool->workers.reset();
-    }
+    // What still waits are helpers of loops that are done.
+    static_cast<Pool*>(object)->workers.reset();
 }
 
 std::size_t ProcessorCount()
