@@ -27,6 +27,7 @@ testPackages=(
     libgmock-dev
     libgtest-dev
     python3
+    python3-xxhash
     shellcheck
 )
 

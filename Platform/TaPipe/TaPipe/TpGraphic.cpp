@@ -8,9 +8,11 @@
 #include <TaPipe/TpGraphicRegion.h>
 
 #include <zApi/zArrayList.h>
+#include <zApi/zDat6.h>
 #include <zApi/zObjectType.h>
 
 #include <algorithm>
+#include <array>
 
 namespace
 {
@@ -68,7 +70,65 @@ zStatus Add(zObject graphic, zObject element, zType type)
     return MoveIn(*static_cast<zArrayListClass*>(object->elements), element);
 }
 
-constexpr zObjectOps graphicOps = {Release, Clone};
+zStatus Save(zObject object, zDat6Writer* writer)
+{
+    zArrayList const elements = static_cast<const Graphic*>(object)->elements;
+    const std::size_t count = zArrayList_Count(elements);
+    zTRY(zDat6_WriteNumber(writer, count));
+    return zDat6_WriteItems(writer, zTypeOf(TpGraphicElement), zArrayList_Items(elements), count);
+}
+
+/// True for the elements that one of the operations below adds.
+bool IsTaken(zObject element)
+{
+    constexpr std::array<zType, 7> types = {
+        zTypeOf(TpGraphicPointSet), zTypeOf(TpGraphicLineSet), zTypeOf(TpGraphicRay),     zTypeOf(TpGraphicLabel),
+        zTypeOf(TpGraphicPlane),    zTypeOf(TpGraphicRegion),  zTypeOf(TpGraphicPosition)};
+    return std::ranges::any_of(types, [element](zType type) { return xzCastClass_ObjectIs(element, type); });
+}
+
+zStatus LoadElement(zDat6Reader* reader, const Graphic& graphic)
+{
+    zObject element = nullptr;
+    zTRY(zDat6_ReadObject(reader, zTypeOf(TpGraphicElement), graphic.alloc, &element));
+    const zStatus status =
+        IsTaken(element) ? MoveIn(*static_cast<zArrayListClass*>(graphic.elements), element) : zERROR_FORMAT;
+    if (status != zOK)
+    {
+        static_cast<void>(xzObject_DestroyImpl(element));
+    }
+    return status;
+}
+
+// The list grows as elements come.
+zStatus LoadElements(zDat6Reader* reader, std::size_t count, const Graphic& graphic)
+{
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        zTRY(LoadElement(reader, graphic));
+    }
+    return zOK;
+}
+
+zStatus Make(zAlloc alloc, zObject* out)
+{
+    Graphic* made = nullptr;
+    zTRY(zObjectType_New(zTypeOf(TpGraphic), alloc, &made));
+    return zObjectType_Finish(made, zArrayList_Construct(&made->elements, zTypeOf(TpGraphicElement), 0, alloc), out);
+}
+
+zStatus Load(zDat6Reader* reader, zType /*type*/, zAlloc alloc, zObject* object)
+{
+    // An element takes the 8 bytes of its name's length at least.
+    std::size_t count = 0;
+    zTRY(zDat6_ReadCount(reader, sizeof(z64u), &count));
+    zObject made = nullptr;
+    zTRY(Make(alloc, &made));
+    auto* const graphic = static_cast<Graphic*>(made);
+    return zObjectType_Finish(graphic, LoadElements(reader, count, *graphic), object);
+}
+
+constexpr zObjectOps graphicOps = {Release, Clone, Save, Load};
 } // namespace
 
 zDEFINE_OBJECT_TYPE(TpGraphic, zObject, &graphicOps);
@@ -76,14 +136,7 @@ zDEFINE_OBJECT_TYPE(TpGraphic, zObject, &graphicOps);
 zStatus TpGraphic_Construct(TpGraphic* graphic, zAlloc alloc)
 {
     zFAULT_GATE();
-    if (graphic == nullptr)
-    {
-        return zERROR_MISSING;
-    }
-    Graphic* made = nullptr;
-    zTRY(zObjectType_New(zTypeOf(TpGraphic), alloc, &made));
-    return zObjectType_Finish(made, zArrayList_Construct(&made->elements, zTypeOf(TpGraphicElement), 0, alloc),
-                              graphic);
+    return graphic == nullptr ? zERROR_MISSING : Make(alloc, graphic);
 }
 
 zStatus TpGraphic_AddPointSet(TpGraphic graphic, TpGraphicElement element)

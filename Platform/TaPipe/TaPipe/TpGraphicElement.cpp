@@ -9,6 +9,7 @@
 #include <TaPipe/TpGraphicRegion3d.h>
 
 #include <zApi/zArray1.h>
+#include <zApi/zString.h>
 
 #include <algorithm>
 #include <array>
@@ -35,6 +36,14 @@ constinit const std::array<KindOfType, 8> kinds = {{
     {zTypeOf(TpGraphicRegion3d), TpGraphicKind::Region3d},
     {zTypeOf(TpGraphicPosition), TpGraphicKind::Position},
 }};
+
+zStatus LoadPoints(zDat6Reader* reader, zAlloc alloc, zObject* array)
+{
+    zTRY(zDat6_ReadObject(reader, zTypeOf(zArray1), alloc, array));
+    const bool isTaken =
+        zArray1_ItemType(*array) == zTypeOf(zPoint3d32f) && zArray1_Length(*array) <= TpGRAPHIC_MAX_POINTS;
+    return isTaken ? zOK : zERROR_FORMAT;
+}
 } // namespace
 
 zStatus TpElement_CopyPoints(const zPoint3d32f* points, std::size_t count, zAlloc alloc, zObject* array)
@@ -49,6 +58,20 @@ zStatus TpElement_CopyPoints(const zPoint3d32f* points, std::size_t count, zAllo
     }
     zTRY(zArray1_Construct(array, zTypeOf(zPoint3d32f), count, alloc));
     std::copy_n(points, count, static_cast<zPoint3d32f*>(zArray1_Items(*array)));
+    return zOK;
+}
+
+zStatus TpElement_LoadContent(zDat6Reader* reader, TpContent content, zAlloc alloc, zObject* object)
+{
+    switch (content)
+    {
+    case TpContent::Points:
+        return LoadPoints(reader, alloc, object);
+    case TpContent::Text:
+        return zDat6_ReadObject(reader, zTypeOf(zString), alloc, object);
+    case TpContent::None:
+        break;
+    }
     return zOK;
 }
 

@@ -1,10 +1,22 @@
 #pragma once
 
 #include <TaPipe/TpGraphicElement.h>
+#include <TaPipe/TpGraphicField.h>
 
 #include <zApi/zObjectType.h>
 
-// For those who make elements. An element is a record of plain values and, if it needs one, an object beside it.
+#include <tuple>
+
+// For those who make elements. An element is a record of plain values and, if it needs one, an object beside it. The
+// record lists its members in `FIELDS`, in the order in which they are saved, and says in `CONTENT` what the object is.
+
+/// The object beside the values of an element.
+enum class TpContent
+{
+    None,
+    Points, ///< a `zArray1` of `zPoint3d32f`
+    Text,   ///< a `zString`, or null for the empty text
+};
 
 template <typename Values>
 struct TpElementClass : zObjectClass
@@ -29,9 +41,35 @@ zStatus TpElement_Clone(zObject object, zAlloc alloc, zObject* clone)
     return zObjectType_Finish(made, xzObject_CloneImpl(&made->content, source->content, alloc), clone);
 }
 
+template <typename Values>
+zStatus TpElement_Save(zObject object, zDat6Writer* writer)
+{
+    const auto* const element = static_cast<const TpElementClass<Values>*>(object);
+    zStatus status = zOK;
+    const auto write = [&](auto member) { return (status = TpField_Write(writer, element->values.*member)) == zOK; };
+    std::apply([&](auto... members) { static_cast<void>((write(members) && ...)); }, Values::FIELDS);
+    return status != zOK || Values::CONTENT == TpContent::None ? status : zDat6_WriteObject(writer, element->content);
+}
+
+/// Reads the object beside the values of an element into `*object`. -984 if it is not what `content` says.
+[[nodiscard]] zStatus TpElement_LoadContent(zDat6Reader* reader, TpContent content, zAlloc alloc, zObject* object);
+
+template <typename Values>
+zStatus TpElement_Load(zDat6Reader* reader, zType type, zAlloc alloc, zObject* object)
+{
+    TpElementClass<Values>* made = nullptr;
+    zTRY(zObjectType_New(type, alloc, &made));
+    zStatus status = zOK;
+    const auto read = [&](auto member) { return (status = TpField_Read(reader, &(made->values.*member))) == zOK; };
+    std::apply([&](auto... members) { static_cast<void>((read(members) && ...)); }, Values::FIELDS);
+    status = status == zOK ? TpElement_LoadContent(reader, Values::CONTENT, alloc, &made->content) : status;
+    return zObjectType_Finish(made, status, object);
+}
+
 /// The operations of an element's type object.
 template <typename Values>
-inline constexpr zObjectOps TpElement_Ops = {TpElement_Release<Values>, TpElement_Clone<Values>};
+inline constexpr zObjectOps TpElement_Ops = {TpElement_Release<Values>, TpElement_Clone<Values>, TpElement_Save<Values>,
+                                             TpElement_Load<Values>};
 
 /// Makes an element of `values`. It takes over the reference of `content` if it succeeds.
 template <typename Values>

@@ -8,6 +8,9 @@ namespace
 struct Label
 {
     zPoint3d64f position = {0, 0, 0};
+
+    static constexpr std::tuple FIELDS{&Label::position};
+    static constexpr TpContent CONTENT = TpContent::Text;
 };
 } // namespace
 

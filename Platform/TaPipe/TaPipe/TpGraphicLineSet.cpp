@@ -11,6 +11,9 @@ struct LineSet
     z32u color = 0;
     int lineMode = 0;
     int lineEnding = 0;
+
+    static constexpr std::tuple FIELDS{&LineSet::width, &LineSet::color, &LineSet::lineMode, &LineSet::lineEnding};
+    static constexpr TpContent CONTENT = TpContent::Points;
 };
 
 zArray1 PointsOf(zObject element)

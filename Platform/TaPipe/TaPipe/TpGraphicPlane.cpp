@@ -7,6 +7,9 @@ struct Plane
 {
     zPoint3d32f normal = {0, 0, 1};
     z32f distance = 0;
+
+    static constexpr std::tuple FIELDS{&Plane::normal, &Plane::distance};
+    static constexpr TpContent CONTENT = TpContent::None;
 };
 } // namespace
 

@@ -10,6 +10,9 @@ struct PointSet
     z32f size = 0;
     int pointShape = 0;
     z32u color = 0;
+
+    static constexpr std::tuple FIELDS{&PointSet::size, &PointSet::pointShape, &PointSet::color};
+    static constexpr TpContent CONTENT = TpContent::Points;
 };
 
 zArray1 PointsOf(zObject element)

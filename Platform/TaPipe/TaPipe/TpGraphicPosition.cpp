@@ -7,6 +7,9 @@ struct Position
 {
     TaPipe::TpGraphicPositionType type = TaPipe::TpGraphicPositionType::Result;
     zPoint3d64f position = {0, 0, 0};
+
+    static constexpr std::tuple FIELDS{&Position::type, &Position::position};
+    static constexpr TpContent CONTENT = TpContent::None;
 };
 } // namespace
 

@@ -9,6 +9,9 @@ struct Ray
     zPoint3d32f direction = {0, 0, 1};
     z32f width = 1;
     z32u color = 0xFFFFFFFFU;
+
+    static constexpr std::tuple FIELDS{&Ray::position, &Ray::direction, &Ray::width, &Ray::color};
+    static constexpr TpContent CONTENT = TpContent::None;
 };
 } // namespace
 

@@ -8,6 +8,9 @@ struct Region2d
     zPoint64f center = {0, 0};
     zPoint64f dimensions = {0, 0};
     z64f yAngle = 0;
+
+    static constexpr std::tuple FIELDS{&Region2d::center, &Region2d::dimensions, &Region2d::yAngle};
+    static constexpr TpContent CONTENT = TpContent::None;
 };
 } // namespace
 

@@ -8,6 +8,9 @@ struct Region3d
     zPoint3d64f center = {0, 0, 0};
     zPoint3d64f dimensions = {0, 0, 0};
     z64f zAngle = 0;
+
+    static constexpr std::tuple FIELDS{&Region3d::center, &Region3d::dimensions, &Region3d::zAngle};
+    static constexpr TpContent CONTENT = TpContent::None;
 };
 } // namespace
 

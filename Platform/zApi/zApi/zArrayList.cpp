@@ -1,5 +1,4 @@
 #include <zApi/zArrayList.h>
-#include <zApi/zDat6.h>
 #include <zApi/zItems.h>
 
 #include <algorithm>
@@ -70,22 +69,13 @@ zStatus Clone(zObject object, zAlloc alloc, zObject* clone)
 zStatus Save(zObject object, zDat6Writer* writer)
 {
     const auto* const list = static_cast<const zArrayListClass*>(object);
-    zTRY(zDat6_WriteType(writer, list->itemType));
-    zTRY(zDat6_WriteNumber(writer, list->count));
+    zTRY(zDat6_WriteListHead(writer, list->itemType, list->count));
     return zDat6_WriteItems(writer, list->itemType, list->items, list->count);
 }
 
 zStatus Load(zDat6Reader* reader, zType /*type*/, zAlloc alloc, zObject* object)
 {
-    zType itemType = nullptr;
-    std::size_t count = 0;
-    zTRY(zDat6_ReadType(reader, &itemType));
-    zTRY(zDat6_ReadCount(reader, itemType->size, &count));
-    zObject made = nullptr;
-    zTRY(Construct(&made, itemType, count, alloc));
-    auto* const list = static_cast<zArrayListClass*>(made);
-    list->count = count; // handles not yet read are null, so a failure on the way releases what is there
-    return zObjectType_Finish(list, zDat6_ReadItems(reader, itemType, list->items, count, alloc), object);
+    return zItems_LoadList<zArrayListClass>(reader, Construct, alloc, object);
 }
 
 constexpr zObjectOps listOps = {Release, Clone, Save, Load};

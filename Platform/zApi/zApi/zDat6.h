@@ -77,6 +77,20 @@ template <typename Record>
     return zDat6_Read(reader, record, sizeof(Record));
 }
 
+/// Writes what stands before the items of a list: their type and number. Fails as `zDat6_WriteType`.
+[[nodiscard]] inline zStatus zDat6_WriteListHead(zDat6Writer* writer, zType itemType, std::size_t count)
+{
+    const zStatus status = zDat6_WriteType(writer, itemType);
+    return status == zOK ? zDat6_WriteNumber(writer, count) : status;
+}
+
+/// Reads what stands before the items of a list. Fails as `zDat6_ReadType` and `zDat6_ReadCount`.
+[[nodiscard]] inline zStatus zDat6_ReadListHead(zDat6Reader* reader, zType* itemType, std::size_t* count)
+{
+    const zStatus status = zDat6_ReadType(reader, itemType);
+    return status == zOK ? zDat6_ReadCount(reader, (*itemType)->size, count) : status;
+}
+
 /// Writes a signed number in two's complement.
 [[nodiscard]] inline zStatus zDat6_WriteSigned(zDat6Writer* writer, z64s number)
 {

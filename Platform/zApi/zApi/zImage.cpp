@@ -1,3 +1,4 @@
+#include <zApi/zDat6.h>
 #include <zApi/zImage.h>
 #include <zApi/zItems.h>
 
@@ -99,7 +100,56 @@ zStatus Clone(zObject object, zAlloc alloc, zObject* clone)
     return zOK;
 }
 
-constexpr zObjectOps imageOps = {Release, Clone};
+/// Writes the pixels without the gaps between rows.
+zStatus SavePixels(const Layout& layout, const unsigned char* pixels, zDat6Writer* writer)
+{
+    if (layout.IsEmpty())
+    {
+        return zOK;
+    }
+    if (layout.stride == layout.RowBytes())
+    {
+        return zDat6_Write(writer, pixels, layout.stride * layout.height);
+    }
+    for (std::size_t row = 0; row < layout.height; ++row)
+    {
+        zTRY(zDat6_Write(writer, pixels + row * layout.stride, layout.RowBytes()));
+    }
+    return zOK;
+}
+
+zStatus Save(zObject object, zDat6Writer* writer)
+{
+    const auto* const image = static_cast<const Image*>(object);
+    zTRY(zDat6_WriteType(writer, image->layout.itemType));
+    zTRY(zDat6_WriteNumber(writer, image->layout.height));
+    zTRY(zDat6_WriteNumber(writer, image->layout.width));
+    return SavePixels(image->layout, image->pixels, writer);
+}
+
+zStatus Load(zDat6Reader* reader, zType /*type*/, zAlloc alloc, zObject* object)
+{
+    zType itemType = nullptr;
+    z64u height = 0;
+    z64u width = 0;
+    zTRY(zDat6_ReadType(reader, &itemType));
+    zTRY(zDat6_ReadNumber(reader, zDAT6_ANY, &height));
+    zTRY(zDat6_ReadNumber(reader, zDAT6_ANY, &width));
+    std::size_t rowBytes = 0;
+    std::size_t bytes = 0;
+    if (itemType->isObject || zItems_Bytes(itemType, width, &rowBytes) != zOK ||
+        __builtin_mul_overflow(rowBytes, height, &bytes))
+    {
+        return zERROR_FORMAT;
+    }
+    zTRY(zDat6_CheckCount(reader, bytes, 1));
+    zObject made = nullptr;
+    zTRY(Construct(&made, itemType, width, height, alloc));
+    auto* const image = static_cast<Image*>(made);
+    return zObjectType_Finish(image, zDat6_Read(reader, image->pixels, bytes), object);
+}
+
+constexpr zObjectOps imageOps = {Release, Clone, Save, Load};
 } // namespace
 
 zDEFINE_OBJECT_TYPE(zImage, zObject, &imageOps);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zApi/zDat6.h>
 #include <zApi/zObjectType.h>
 
 // A block of items of one type: what arrays and lists have in common.
@@ -21,3 +22,18 @@ void zItems_Release(zType itemType, void* items, std::size_t count) noexcept;
 
 /// Copies `count` items to a block whose handles are null; objects are cloned in `alloc`.
 [[nodiscard]] zStatus zItems_Clone(zType itemType, void* to, const void* from, std::size_t count, zAlloc alloc);
+
+/// Loads a list of class `List`, which `construct` makes with room for its items in one block.
+template <typename List>
+[[nodiscard]] zStatus zItems_LoadList(zDat6Reader* reader, zStatus (*construct)(zObject*, zType, std::size_t, zAlloc),
+                                      zAlloc alloc, zObject* object)
+{
+    zType itemType = nullptr;
+    std::size_t count = 0;
+    zTRY(zDat6_ReadListHead(reader, &itemType, &count));
+    zObject made = nullptr;
+    zTRY(construct(&made, itemType, count, alloc));
+    auto* const list = static_cast<List*>(made);
+    list->count = count; // handles not yet read are null, so a failure on the way releases what is there
+    return zObjectType_Finish(list, zDat6_ReadItems(reader, itemType, list->items, count, alloc), object);
+}

@@ -1,3 +1,4 @@
+#include <zApi/zDat6.h>
 #include <zApi/zItems.h>
 #include <zApi/zList.h>
 
@@ -160,7 +161,43 @@ zStatus Clone(zObject object, zAlloc alloc, zObject* clone)
     return zObjectType_Finish(target, CloneItems(*source, *target), clone);
 }
 
-constexpr zObjectOps listOps = {Release, Clone};
+zStatus Save(zObject object, zDat6Writer* writer)
+{
+    const auto* const list = static_cast<const List*>(object);
+    zTRY(zDat6_WriteListHead(writer, list->itemType, list->count));
+    for (Node* node = list->first; node != nullptr; node = node->next)
+    {
+        zTRY(zDat6_WriteItems(writer, list->itemType, ItemOf(node), 1));
+    }
+    return zOK;
+}
+
+// A place takes more bytes than its item does in the file: the list grows as items come, and never beyond them.
+zStatus LoadItems(zDat6Reader* reader, std::size_t count, List& list)
+{
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        if (list.free == nullptr)
+        {
+            zTRY(Grow(list, std::min(count - i, std::max(FIRST_CAPACITY, list.capacity))));
+        }
+        zTRY(Append(list, [&](void* item) { return zDat6_ReadItems(reader, list.itemType, item, 1, list.alloc); }));
+    }
+    return zOK;
+}
+
+zStatus Load(zDat6Reader* reader, zType /*type*/, zAlloc alloc, zObject* object)
+{
+    zType itemType = nullptr;
+    std::size_t count = 0;
+    zTRY(zDat6_ReadListHead(reader, &itemType, &count));
+    zObject made = nullptr;
+    zTRY(Construct(&made, itemType, 0, alloc));
+    auto* const list = static_cast<List*>(made);
+    return zObjectType_Finish(list, LoadItems(reader, count, *list), object);
+}
+
+constexpr zObjectOps listOps = {Release, Clone, Save, Load};
 } // namespace
 
 zDEFINE_OBJECT_TYPE(zList, zObject, &listOps);

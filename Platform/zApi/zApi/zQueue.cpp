@@ -106,7 +106,25 @@ zStatus Clone(zObject object, zAlloc alloc, zObject* clone)
     return zObjectType_Finish(target, CloneItems(*source, *target), clone);
 }
 
-constexpr zObjectOps queueOps = {Release, Clone};
+zStatus Save(zObject object, zDat6Writer* writer)
+{
+    const auto* const queue = static_cast<const Queue*>(object);
+    zTRY(zDat6_WriteListHead(writer, queue->itemType, queue->count));
+    if (queue->count == 0)
+    {
+        return zOK;
+    }
+    const std::size_t front = queue->FrontRun();
+    zTRY(zDat6_WriteItems(writer, queue->itemType, queue->Place(0), front));
+    return zDat6_WriteItems(writer, queue->itemType, queue->items, queue->count - front);
+}
+
+zStatus Load(zDat6Reader* reader, zType /*type*/, zAlloc alloc, zObject* object)
+{
+    return zItems_LoadList<Queue>(reader, Construct, alloc, object);
+}
+
+constexpr zObjectOps queueOps = {Release, Clone, Save, Load};
 } // namespace
 
 zDEFINE_OBJECT_TYPE(zQueue, zObject, &queueOps);

@@ -2,6 +2,9 @@
 #include <zApi/zArray2.h>
 #include <zApi/zArrayList.h>
 #include <zApi/zFault.h>
+#include <zApi/zImage.h>
+#include <zApi/zList.h>
+#include <zApi/zQueue.h>
 #include <zApi/zString.h>
 #include <zApi/zTypeTable.h>
 
@@ -11,8 +14,8 @@
 
 namespace
 {
-constexpr std::array<zType, 5> baseTypes = {zTypeOf(zObject), zTypeOf(zArray1), zTypeOf(zArray2), zTypeOf(zArrayList),
-                                            zTypeOf(zString)};
+constexpr std::array<zType, 8> baseTypes = {zTypeOf(zObject), zTypeOf(zArray1), zTypeOf(zArray2), zTypeOf(zArrayList),
+                                            zTypeOf(zImage),  zTypeOf(zList),   zTypeOf(zQueue),  zTypeOf(zString)};
 constinit zTypeTable baseTable = {baseTypes};
 
 constinit std::mutex tablesMutex;
