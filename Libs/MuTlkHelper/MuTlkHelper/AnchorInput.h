@@ -3,6 +3,18 @@
 #include <cstddef>
 #include <string>
 
+namespace Mu::TlkHelper
+{
+/// Which anchors a tool has; the axes of rotation come with the angles asked for.
+enum class AnchorType : int
+{
+    Profile = 0, ///< x, z; y angle
+    Surface = 1, ///< x, y, z; z angle
+    Box = 2,     ///< x, y, z; x angle, y angle, z angle
+    Image = 3,   ///< x, y; z angle
+};
+} // namespace Mu::TlkHelper
+
 namespace Mu::Tools
 {
 /// The six values of an anchor.

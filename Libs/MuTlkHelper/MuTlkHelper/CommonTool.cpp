@@ -1,5 +1,8 @@
 #include <MuTlkHelper/CommonTool.h>
 
+#include <MuTlkHelper/AnchoredRegion.h>
+#include <MuTlkHelper/StatsUtils.h>
+
 #include <TaApi/Logging.h>
 #include <TaVision/TaVision.h>
 #include <zApi/zString.h>
@@ -12,6 +15,8 @@
 
 namespace Mu::Tools
 {
+using Mu::TlkHelper::AnchoredRegionInterface;
+
 namespace
 {
 constexpr std::size_t AT_END = static_cast<std::size_t>(-1);
@@ -58,6 +63,51 @@ Thresholds ThresholdsOf(TvPixelFormat format)
     const auto* const found =
         std::ranges::find_if(FORMAT_THRESHOLDS, [format](const auto& entry) { return entry.format == format; });
     return found == FORMAT_THRESHOLDS.end() ? FULL_SCALE_16 : found->thresholds;
+}
+
+struct AxisInput
+{
+    const char* id;
+    const char* displayName;
+    double Mu::Vision::Anchor::*value;
+};
+
+// In the order of AnchorAxis.
+constexpr std::array<AxisInput, 6> AXIS_INPUTS = {{
+    {"AnchorX", "Anchor X", &Mu::Vision::Anchor::x},
+    {"AnchorY", "Anchor Y", &Mu::Vision::Anchor::y},
+    {"AnchorZ", "Anchor Z", &Mu::Vision::Anchor::z},
+    {"AnchorXAngle", "Anchor X Angle", &Mu::Vision::Anchor::xAngle},
+    {"AnchorYAngle", "Anchor Y Angle", &Mu::Vision::Anchor::yAngle},
+    {"AnchorZAngle", "Anchor Z Angle", &Mu::Vision::Anchor::zAngle},
+}};
+
+const AxisInput& InputOf(const Ta::Place& place, AnchorAxis axis)
+{
+    const auto index = static_cast<std::size_t>(axis);
+    if (index >= AXIS_INPUTS.size())
+    {
+        MU_FAIL_AT(place, zERROR_ENUM, "Unknown anchor axis");
+    }
+    return AXIS_INPUTS.at(index);
+}
+
+std::vector<AnchorAxis> AxesOf(Mu::TlkHelper::AnchorType type, bool withAngles)
+{
+    using enum AnchorAxis;
+    using Mu::TlkHelper::AnchorType;
+    switch (type)
+    {
+    case AnchorType::Profile:
+        return withAngles ? std::vector{X, Z, YAngle} : std::vector{X, Z};
+    case AnchorType::Surface:
+        return withAngles ? std::vector{X, Y, Z, ZAngle} : std::vector{X, Y, Z};
+    case AnchorType::Box:
+        return withAngles ? std::vector{X, Y, Z, XAngle, YAngle, ZAngle} : std::vector{X, Y, Z};
+    case AnchorType::Image:
+        return withAngles ? std::vector{X, Y, ZAngle} : std::vector{X, Y};
+    }
+    return {};
 }
 
 template <typename Output>
@@ -131,6 +181,111 @@ void CommonTool::OnInputRouted(ToolInputInfo& input, InputRoutedInfo info)
     }
 }
 
+void CommonTool::AddAnchorInputs(Mu::TlkHelper::AnchorType type, bool withAngles)
+{
+    anchorInputs.clear();
+    for (const AnchorAxis axis : AxesOf(type, withAngles))
+    {
+        const AxisInput& input = InputOf(MU_HERE, axis);
+        AddInput(input.id, AT_END)
+            .AddAcceptedDataFormat(PipeDataType::Measurement, false)
+            .SetDisplayName(input.displayName)
+            .SetOptional(true);
+        anchorInputs.push_back({axis, input.id, input.displayName, InputCount() - 1, false, {}});
+    }
+}
+
+Mu::Vision::Anchor CommonTool::ExtractAnchorInputs(InputSet& set)
+{
+    Mu::Vision::Anchor extracted;
+    for (const AnchorInput& input : anchorInputs)
+    {
+        if (!input.active)
+        {
+            continue;
+        }
+        const InputItem* const item = set.FindByIndex(input.inputIndex);
+        // A host that leaves a routed input out of the set has no data for it either.
+        const Ta::Object<void*> message = item == nullptr ? Ta::Object<void*>() : item->Message(true);
+        if (!message)
+        {
+            MU_FAIL(zERROR_PARAMETER, "Invalid anchor input.");
+        }
+        extracted.*InputOf(MU_HERE, input.axis).value = TvMeasureMsg_Value(message.Get());
+    }
+    return extracted;
+}
+
+void CommonTool::RegisterAnchoredRegion(Mu::TlkHelper::AnchoredRegionInterface* region)
+{
+    if (region != nullptr)
+    {
+        anchoredRegions.push_back(region);
+    }
+}
+
+template <typename... Parameters, typename... Arguments>
+void CommonTool::CallRegions(void (AnchoredRegionInterface::*operation)(Parameters...), const Arguments&... arguments)
+{
+    for (AnchoredRegionInterface* const region : anchoredRegions)
+    {
+        (region->*operation)(arguments...);
+    }
+}
+
+void CommonTool::SynchronizeRegion()
+{
+    CallRegions(&AnchoredRegionInterface::SynchronizeRegion);
+}
+
+void CommonTool::RefreshRelativeRegion()
+{
+    CallRegions(&AnchoredRegionInterface::RefreshRelativeRegion);
+}
+
+void CommonTool::CalculateRelativeRegion()
+{
+    CallRegions(&AnchoredRegionInterface::CalculateRelativeRegion, anchor);
+}
+
+void CommonTool::CalculateAbsoluteRegion()
+{
+    CallRegions(&AnchoredRegionInterface::CalculateAbsoluteRegion, anchor);
+}
+
+void CommonTool::CalculateTransformMatrix()
+{
+    CallRegions(&AnchoredRegionInterface::CalculateTransformMatrix, anchor);
+}
+
+void CommonTool::ResetTransformMatrix()
+{
+    CallRegions(&AnchoredRegionInterface::ResetTransformMatrix);
+}
+
+void CommonTool::SetTransformMatrixAsInvalid()
+{
+    CallRegions(&AnchoredRegionInterface::SetTransformMatrixAsInvalid);
+}
+
+void CommonTool::RefreshConfigRegion()
+{
+    if (transformChanged)
+    {
+        CalculateTransformMatrix();
+        CallRegions(&AnchoredRegionInterface::RefreshConfigTransformMatrix);
+    }
+    if (relativeRegionChanged)
+    {
+        CallRegions(&AnchoredRegionInterface::RefreshConfigRegion);
+    }
+}
+
+bool CommonTool::IsTransformMatrixIdentity()
+{
+    return std::ranges::all_of(anchoredRegions, [](auto* region) { return region->IsTransformMatrixIdentity(); });
+}
+
 bool CommonTool::AllAnchorsInactive()
 {
     return std::ranges::none_of(anchorInputs, [](const AnchorInput& a) { return a.active; });
@@ -142,14 +297,23 @@ void CommonTool::Start()
     anchorsActive = !AllAnchorsInactive();
     if (anchorsActive)
     {
+        SetTransformMatrixAsInvalid();
         transformChanged = true;
         NotifyParamsChanged(false);
+        RefreshRelativeRegion();
     }
     else if (anchorRoutingChanged)
     {
+        // The last anchor has been taken away: the regions stay where they are on the data.
         anchor = Mu::Vision::Anchor();
+        CalculateRelativeRegion();
         relativeRegionChanged = true;
+        ResetTransformMatrix();
         transformChanged = true;
+    }
+    else
+    {
+        SynchronizeRegion();
     }
     infoLog.clear();
     warningLog.clear();
@@ -160,6 +324,10 @@ void CommonTool::Stop()
 {
     if (relativeRegionChanged || transformChanged)
     {
+        if (LifeCycle() != ToolLifeCycle::TakeDefaults)
+        {
+            RefreshConfigRegion();
+        }
         NotifyParamsChanged(false);
         relativeRegionChanged = false;
         transformChanged = false;
@@ -191,8 +359,27 @@ void CommonTool::RunExecution(InputSet& set)
     {
         FindReferenceMessage(set);
     }
+    if (anchorsActive)
+    {
+        FollowAnchor(set);
+    }
     Execute(set);
     anchorRoutingChanged = false;
+}
+
+void CommonTool::FollowAnchor(InputSet& set)
+{
+    anchor = ExtractAnchorInputs(set);
+    if (anchorRoutingChanged)
+    {
+        // The first execution after a change: the regions stay where they are, seen from the new anchor.
+        CalculateRelativeRegion();
+        relativeRegionChanged = true;
+    }
+    else
+    {
+        CalculateAbsoluteRegion();
+    }
 }
 
 void CommonTool::CheckRequiredInputs(InputSet& set)
@@ -239,6 +426,7 @@ void CommonTool::FindReferenceMessage(InputSet& set)
     {
         profileInput = xzCastClass_ObjectIs(referenceMsg, zTypeOf(TvProfileMsg));
         InitializeRegions();
+        SynchronizeRegion();
         relativeRegionChanged = true;
     }
 }
@@ -247,7 +435,13 @@ void CommonTool::Execute(InputSet& /*set*/) {}
 
 void CommonTool::UpdateConfig() {}
 
-void CommonTool::InitializeRegions() {}
+void CommonTool::InitializeRegions()
+{
+    for (AnchoredRegionInterface* const region : anchoredRegions)
+    {
+        Mu::TlkHelper::DefaultRegionInit(referenceMsg, region, 0, 0, 0, 0);
+    }
+}
 
 Mu::Vision::RefFrame CommonTool::CreateTransformMatrix(const Mu::Vision::Anchor& newAnchor,
                                                        Mu::Vision::RotationOrder order)

@@ -64,7 +64,7 @@ public:
     virtual void UpdateConfig();
 
     /// Places the tool's regions by the reference message; called in the stage of life that takes defaults, at each
-    /// execution whose set holds a data message.
+    /// execution whose set holds a data message. Each region takes the middle half of the data if it is not overridden.
     virtual void InitializeRegions();
 
     /// The transform by which an anchor moves the tool's regions.
@@ -140,8 +140,20 @@ protected:
     void HandleDynamicInput(const std::vector<const char*>& ids, const std::vector<const char*>& displayNames,
                             const std::vector<PipeDataType>& types, std::size_t firstDynamicIndex);
 
+    /// Adds an optional measurement input for each axis of the anchor. Called once, before `Init` or in it: a second
+    /// call adds inputs again, and only those are read.
+    void AddAnchorInputs(Mu::TlkHelper::AnchorType type, bool withAngles);
+
     /// True when nothing is routed to any anchor input.
     bool AllAnchorsInactive();
+
+    /// The anchor that the set's measurements tell; axes to which nothing is routed are null.
+    /// @throws Ta::Exception -997 if a routed anchor input has no data
+    Mu::Vision::Anchor ExtractAnchorInputs(InputSet& set);
+
+    /// Has a region follow the anchor; null is ignored. The region is not owned and outlives the tool's runs. One that
+    /// is registered twice gets each call twice.
+    void RegisterAnchoredRegion(Mu::TlkHelper::AnchoredRegionInterface* region);
 
     /// @throws Ta::Exception -999 if there is no such output
     bool IsOutputEnabled(const char* id);
@@ -190,7 +202,22 @@ private:
         }
     };
 
+    // The calls that go to all regions, in one walk.
+    template <typename... Parameters, typename... Arguments>
+    void CallRegions(void (Mu::TlkHelper::AnchoredRegionInterface::*operation)(Parameters...),
+                     const Arguments&... arguments);
+    void SynchronizeRegion();
+    void RefreshRelativeRegion();
+    void CalculateRelativeRegion();
+    void CalculateAbsoluteRegion();
+    void CalculateTransformMatrix();
+    void RefreshConfigRegion();
+    void ResetTransformMatrix();
+    void SetTransformMatrixAsInvalid();
+    bool IsTransformMatrixIdentity();
+
     void RunExecution(InputSet& set);
+    void FollowAnchor(InputSet& set);
     void CheckRequiredInputs(InputSet& set);
     void FindReferenceMessage(InputSet& set);
     std::vector<std::string>& UserLog(const Ta::Place& place, std::size_t level);

@@ -83,6 +83,12 @@ public:
         return &object;
     }
 
+    /// The same, for operations that reuse what they find there.
+    [[nodiscard]] T* InOut() noexcept
+    {
+        return &object;
+    }
+
     /// Gives the reference up to the caller.
     [[nodiscard]] T Detach() noexcept
     {
