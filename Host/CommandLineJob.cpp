@@ -59,6 +59,10 @@ json& AtPath(json& values, const std::string& path, const JobPlace& place)
             place.Fail(fmt::format("{} is no key of a parameter", Quoted(path)),
                        "Write keys as \"tlk inspect\" shows them, and each of them once");
         }
+        if (slash == std::string::npos && at->contains(key))
+        {
+            place.Fail(fmt::format("{} is given twice", Quoted(path)), "Give each key one value");
+        }
         at = &(*at)[key];
         begin = slash == std::string::npos ? slash : slash + 1;
     }
@@ -87,12 +91,13 @@ Job MakeJob(const CommandLineJob& words)
     Job job;
     for (const std::string& scan : words.scans)
     {
-        job.scans.push_back({scan, {}, place.At(scan)});
+        job.scans.push_back({scan, {}, place.At("SCAN")});
     }
     ToolSetup tool;
     tool.id = words.tool;
     tool.type = words.tool;
     tool.place = place.At(words.tool);
+    tool.readOnlyValues = ReadOnlySetting::Warned;
     const JobPlace parameterPlace = place.At("--param");
     for (const std::string& word : words.parameters)
     {
@@ -101,7 +106,12 @@ Job MakeJob(const CommandLineJob& words)
     }
     for (const std::string& word : words.limits)
     {
-        tool.outputs.push_back(ReadLimits(word, place.At("--limits")));
+        OutputSetup output = ReadLimits(word, place.At("--limits"));
+        if (std::ranges::find(tool.outputs, output.id, &OutputSetup::id) != tool.outputs.end())
+        {
+            output.place.Fail(fmt::format("output {} is given limits twice", Quoted(output.id)), "Give them once");
+        }
+        tool.outputs.push_back(std::move(output));
     }
     job.tools.push_back(std::move(tool));
     return job;

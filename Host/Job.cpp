@@ -2,6 +2,7 @@
 
 #include <Host/Error.h>
 #include <Host/FailureText.h>
+#include <Host/JsonText.h>
 #include <Host/Names.h>
 #include <Host/ScanFile.h>
 
@@ -275,17 +276,19 @@ void ReadTools(const json& list, const JobPlace& place, Job& job)
     }
 }
 
-json ParseFile(const std::filesystem::path& file)
+json Parse(const std::filesystem::path& file, std::string_view text)
 {
-    const std::string text = ReadSmallTextFile(file, largestJob);
+    json document;
     try
     {
-        return Ta::Properties::JsonSerializer::Parse(text);
+        document = Ta::Properties::JsonSerializer::Parse(text);
     }
     catch (const Ta::Exception&)
     {
         throw Error(file, "", CurrentFailureText(), "A job is a JSON object with \"scans\" and \"tools\"");
     }
+    RefuseRepeatedKeys(file, text);
+    return document;
 }
 
 std::size_t IndexOf(const Job& job, const std::string& tool)
@@ -339,9 +342,19 @@ void JobPlace::Fail(std::string_view problem, std::string_view remedy) const
     throw Error(file, where, problem, remedy);
 }
 
+std::string ReadJobFile(const std::filesystem::path& file)
+{
+    return ReadSmallTextFile(file, largestJob);
+}
+
 Job ReadJob(const std::filesystem::path& file)
 {
-    const json document = ParseFile(file);
+    return ReadJobText(file, ReadJobFile(file));
+}
+
+Job ReadJobText(const std::filesystem::path& file, std::string_view text)
+{
+    const json document = Parse(file, text);
     const JobPlace root{file, ""};
     const ObjectReader reader(document, root, {"description", "scans", "tools", "routes"});
     static_cast<void>(reader.Text("description", ""));

@@ -41,12 +41,20 @@ struct OutputSetup
     JobPlace place;
 };
 
+/// What becomes of values for parameters that are there to be read only.
+enum class ReadOnlySetting
+{
+    Restored, ///< a tool wrote them into the job: they are put back
+    Warned    ///< a user gave them: they are set, and the log says that they should not be
+};
+
 struct ToolSetup
 {
     std::string id; ///< unique in the job, without '/'
     std::string type;
     std::string scanInput; ///< the input that the scan goes to; empty: the first one that takes it
     nlohmann::json parameters = nlohmann::json::object();
+    ReadOnlySetting readOnlyValues = ReadOnlySetting::Restored;
     std::vector<OutputSetup> outputs;
     JobPlace place;
 };
@@ -87,8 +95,15 @@ struct Job
 /// units, both inclusive, null for an open side). `id` and `type` are texts; all but `type` may be left out.
 ///
 /// @throws Error  naming file, place and remedy: no JSON (of at most 64 MB, nested at most 64 deep), an unknown key, a
-///                wrong type, no scan or no tool, an id twice, a route from or to a tool that is not there
+///                key twice in one object, a wrong type, no scan or no tool, an id twice, a route from or to a tool
+///                that is not there
 [[nodiscard]] Job ReadJob(const std::filesystem::path& file);
+
+/// The text of a job's file. @throws Error if it is no file, cannot be read, or is larger than 64 MB
+[[nodiscard]] std::string ReadJobFile(const std::filesystem::path& file);
+
+/// Reads a job from its text. @param file  where it stands; scans are relative to it. @throws Error as `ReadJob`
+[[nodiscard]] Job ReadJobText(const std::filesystem::path& file, std::string_view text);
 
 /// The places of the tools in an order in which every tool comes after those that it is fed by; otherwise that of the
 /// job. @throws Error if tools feed each other in a circle

@@ -4,17 +4,23 @@
 #include <Host/RunResult.h>
 #include <Host/ToolRegistry.h>
 
+#include <TaApi/Object.h>
+
+#include <cstddef>
+
 namespace Mu::Host
 {
-/// Runs a job: makes its tools, hands them each scan in turn, in an order in which tools come after those that feed
-/// them, and collects what they give. Scans are read one at a time.
-///
-/// A scan goes to the input that the tool's setup names, else to the first one that takes surfaces and has no route.
-/// An output that sent nothing, or is disabled, gives "no data" to the inputs routed to it.
-/// @throws Error  whatever is wrong with the job, its tools or its scans, all tools being checked before the first scan
-///                is read; nothing is returned then
+/// Runs a job: hands its tools, set up as a `JobLine`, each scan in turn, and collects what they give. Scans are read
+/// one at a time.
+/// @throws Error  whatever is wrong with the job, its tools or its scans; tools, and whether there are the scans, are
+///                checked before the first scan is read; nothing is returned then
 [[nodiscard]] RunResult RunJob(const Job& job, const ToolRegistry& registry);
 
-/// The type of a tool. @throws Error at `askedAt`, with the types at hand, if there is none of that name
-[[nodiscard]] const ToolType& FindType(const ToolRegistry& registry, const std::string& name, const JobPlace& askedAt);
+/// Checks that the file of a scan is there and can be opened. @throws Error that names its place in the job
+void RequireScan(const ScanSetup& setup);
+
+/// Reads a scan of a job as a message for its tools; `result` gets what there is to say of the scan.
+/// @param sequence  the number in the message's stamp
+/// @throws Error  if the scan cannot be read, or handed to tools
+[[nodiscard]] Ta::Object<void*> ReadAsMessage(const ScanSetup& setup, std::size_t sequence, ScanResult& result);
 } // namespace Mu::Host

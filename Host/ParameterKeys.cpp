@@ -1,6 +1,7 @@
 #include <Host/ParameterKeys.h>
 
 #include <Host/Names.h>
+#include <Host/ReadOnlyValues.h>
 
 #include <TaApi/PropertiesValue.h>
 
@@ -79,13 +80,15 @@ bool GivesRegionValues(const Node& root, const nlohmann::json& values)
     {
         return false;
     }
-    if (IsRegion(*group))
-    {
-        return true;
-    }
-    return std::ranges::any_of(values.items(), [group](const auto& item) {
+    const bool isRegion = IsRegion(*group);
+    return std::ranges::any_of(values.items(), [group, isRegion](const auto& item) {
         const Node* const child = group->Find(item.key());
-        return child != nullptr && GivesRegionValues(*child, item.value());
+        if (child == nullptr)
+        {
+            return false;
+        }
+        const bool isSet = isRegion && dynamic_cast<const Leaf*>(child) != nullptr && !IsReadOnly(*child);
+        return isSet || GivesRegionValues(*child, item.value());
     });
 }
 } // namespace Mu::Host

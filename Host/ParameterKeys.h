@@ -18,6 +18,7 @@ namespace Mu::Host
 /// Whether a group of parameters is a region: every region has a place and an extent along x.
 [[nodiscard]] bool IsRegion(const Ta::Properties::Structure& group);
 
-/// Whether `values` give any value of a region that stands in the tree.
+/// Whether `values` give any value of a region that stands in the tree. Values that are there to be read only, as a
+/// region's transform, do not count.
 [[nodiscard]] bool GivesRegionValues(const Ta::Properties::Node& root, const nlohmann::json& values);
 } // namespace Mu::Host

@@ -3,7 +3,10 @@
 #include <Host/CommandLineJob.h>
 #include <Host/Error.h>
 #include <Host/FailureText.h>
+#include <Host/JobLine.h>
 #include <Host/JobRunner.h>
+#include <Host/Names.h>
+#include <Host/RegionTeacher.h>
 #include <Host/ResultFiles.h>
 #include <Host/ResultTable.h>
 #include <Host/TextTable.h>
@@ -34,6 +37,7 @@ constexpr const char* examples = R"(Examples:
   tlk inspect SurfaceHeight
   tlk run Examples/Jobs/plate.json
   tlk run SurfaceHeight scan.x3p --limits Mean=-0.05:0.05 --csv results.csv
+  tlk teach job.json scan.x3p
 
 Exit codes: 0 all decisions passed; 1 a measurement is outside its limits, or has limits but no value;
 2 bad use, or a bad job, scan, parameter or plug-in: one message says what, and no file is left half-written.)";
@@ -44,6 +48,13 @@ A parameter's value is JSON if it reads as JSON, else a text; keys of groups are
   tlk run TOOL SCAN --param Region/width=12.5 --param 'Name="7"'
 With "-" as file, JSON or CSV goes to the terminal instead of the table.)";
 
+constexpr const char* teachNotes =
+    R"(The job gives the regions as they are drawn on SCAN, in its coordinates, as if no anchor were routed. They are
+made relative to the anchors that the job's tools give on SCAN, and written back into JOB, with their transforms; all
+else in it stays. "tlk run JOB" then measures in these regions on SCAN, and moves them along on other scans.
+Teach once: a second time would take the relative values for drawn ones and shift the regions. To draw them anew,
+write their values in coordinates of the scan, or take them out for defaults, and teach again.)";
+
 /// Standard output, where a file name is asked for.
 constexpr const char* terminal = "-";
 
@@ -52,6 +63,8 @@ struct Options
     std::vector<std::string> toolFolders;
     std::string inspected;
     std::string subject;
+    std::string taughtJob;
+    std::string taughtScan;
     CommandLineJob words;
     std::string jsonFile;
     std::string csvFile;
@@ -124,7 +137,9 @@ void ReportEarlyEnd()
     }
 }
 
-RunResult RunGuarded(const Job& job, const ToolRegistry& registry)
+/// Calls what runs code of plug-ins.
+template <typename Call>
+auto Guarded(const Call& call)
 {
     static const int registered = std::atexit(ReportEarlyEnd);
     static_cast<void>(registered);
@@ -140,7 +155,7 @@ RunResult RunGuarded(const Job& job, const ToolRegistry& registry)
             toolsAtWork = false;
         }
     } const atWork;
-    return RunJob(job, registry);
+    return call();
 }
 
 class Program
@@ -165,12 +180,27 @@ public:
         }
         catch (const CLI::ParseError& end)
         {
-            return app.exit(end, out, err) == 0 ? ExitCode::Passed : ExitCode::BadInput;
+            return EndOf(app, end);
         }
         return Act(app);
     }
 
 private:
+    /// Help and version are no failures. A word that is no command is not named by the parser.
+    ExitCode EndOf(const CLI::App& app, const CLI::ParseError& end)
+    {
+        const auto unknown = app.remaining();
+        if (app.get_subcommands().empty() && end.get_exit_code() != 0 && !unknown.empty())
+        {
+            std::vector<std::string> known;
+            std::ranges::transform(app.get_subcommands({}), std::back_inserter(known), &CLI::App::get_name);
+            err << fmt::format("tlk: command line: there is no command or option {}. {}. Run with --help for more.\n",
+                               Quoted(unknown.front()), KnownNames(unknown.front(), known));
+            return ExitCode::BadInput;
+        }
+        return app.exit(end, out, err) == 0 ? ExitCode::Passed : ExitCode::BadInput;
+    }
+
     void Describe(CLI::App& app)
     {
         app.set_version_flag("--version", "tlk " MU_VERSION);
@@ -186,6 +216,11 @@ private:
         inspect->add_option("TOOL", options.inspected, "Type of the tool")->required();
         inspect->add_flag("--json", options.asJson, "As JSON");
         DescribeRun(*app.add_subcommand("run", "Runs a job, or one tool on scans"));
+        auto* const teach =
+            app.add_subcommand("teach", "Makes a job's regions follow their anchors, from where they are");
+        teach->footer(teachNotes);
+        teach->add_option("JOB", options.taughtJob, "Job file, which is written anew")->required();
+        teach->add_option("SCAN", options.taughtScan, "Scan on which the regions are drawn")->required();
     }
 
     void DescribeRun(CLI::App& run)
@@ -219,6 +254,7 @@ private:
             AddTools(registry);
             const ExitCode code = app.got_subcommand("list")      ? List(registry)
                                   : app.got_subcommand("inspect") ? Inspect(registry)
+                                  : app.got_subcommand("teach")   ? Teach(registry)
                                                                   : RunJobs(registry);
             if (!out.flush())
             {
@@ -304,7 +340,7 @@ private:
         }
         const Job job = JobOfWords(registry);
         CheckResultFiles(job);
-        const RunResult run = RunGuarded(job, registry);
+        const RunResult run = Guarded([&] { return RunJob(job, registry); });
         const std::string json = options.jsonFile.empty() ? "" : Dumped(ResultJson(run));
         const std::string csv = options.csvFile.empty() ? "" : ResultCsv(run);
         Deliver(options.jsonFile, json);
@@ -314,6 +350,22 @@ private:
             out << ResultTable(run, options.verbose ? Notes::Whole : Notes::Count);
         }
         return HasPassed(run) ? ExitCode::Passed : ExitCode::Failed;
+    }
+
+    ExitCode Teach(const ToolRegistry& registry)
+    {
+        const fs::path file(options.taughtJob);
+        std::error_code ignored;
+        if (fs::is_regular_file(file, ignored) && access(file.c_str(), W_OK) != 0)
+        {
+            throw Error(file, "", "the job cannot be written", "Check its access rights");
+        }
+        const TaughtJob taught = Guarded([&] { return TeachRegions(file, options.taughtScan, registry); });
+        WriteWholeFile(file, taught.text);
+        out << TaughtTable(taught)
+            << fmt::format("Written to {}: these values are relative to the anchors now. Do not teach them again.\n",
+                           TerminalText(file.string()));
+        return ExitCode::Passed;
     }
 
     /// Results may not take the place of what they are made from, nor of each other.

@@ -19,7 +19,7 @@ void RequireReadableFile(const std::filesystem::path& file)
     }
     if (kind != std::filesystem::file_type::regular)
     {
-        throw Error(file, "", "this is not a file that can be read as a scan", "Give the name of a scan file");
+        throw Error(file, "", "this is not a file that can be read", "Give the name of a file");
     }
     if (!std::ifstream(file, std::ios::binary))
     {

@@ -84,7 +84,7 @@ std::string Entry(const json& object, const char* key)
     return object.contains(key) ? Plain(object[key]) : std::string();
 }
 
-/// The limits and options of a parameter: "0 or more, less than 5".
+/// What restricts a parameter: "read only from 0 below 5".
 std::string RangeText(const json& schema)
 {
     struct Limit
@@ -95,7 +95,7 @@ std::string RangeText(const json& schema)
     constexpr std::array limits{Limit{"minimum", "from {}"}, Limit{"maximum", "to {}"},
                                 Limit{"exclusiveMinimum", "above {}"}, Limit{"exclusiveMaximum", "below {}"},
                                 Limit{"enum", "one of {}"}};
-    std::string text;
+    std::string text = schema.value("readOnly", false) ? "read only" : "";
     for (const Limit& limit : limits)
     {
         if (schema.contains(limit.key))

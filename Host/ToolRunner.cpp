@@ -1,14 +1,15 @@
 #include <Host/ToolRunner.h>
 
+#include <Host/AnchorInputs.h>
 #include <Host/Error.h>
 #include <Host/FailureText.h>
 #include <Host/Names.h>
 #include <Host/ParameterKeys.h>
+#include <Host/ReadOnlyValues.h>
 
 #include <TaApi/JsonSerializer.h>
 #include <TaPipe/OutputMeasurementParams.h>
-#include <TaVision/TvMeasureMsg.h>
-#include <TaVision/TvNullMsg.h>
+#include <TaVision/TaVision.h>
 
 #include <fmt/format.h>
 
@@ -64,6 +65,41 @@ void ReadMessage(const Ta::Object<void*>& message, Result& result)
         const Decision good = result.limits.IsOpen() ? Decision::None : Decision::Pass;
         result.decision = TvMeasureMsg_Status(message.Get()) ? good : Decision::Fail;
     }
+}
+
+bool HasData(const Delivery& delivery)
+{
+    return std::ranges::none_of(delivery.messages, IsNull);
+}
+
+/// The message by which a tool places its regions: its first data message. Null if there is none.
+void* ReferenceOf(const std::vector<Delivery>& deliveries)
+{
+    for (const Delivery& delivery : deliveries)
+    {
+        void* const message = delivery.messages.empty() ? nullptr : delivery.messages.front().Get();
+        if (xzCastClass_ObjectIs(message, zTypeOf(TvDataMsg)))
+        {
+            return message;
+        }
+    }
+    return nullptr;
+}
+
+bool IsImage(void* message)
+{
+    return xzCastClass_ObjectIs(message, zTypeOf(TvImageMsg));
+}
+
+/// Whether the data is of some size in each of its directions: regions are refused a place in others.
+bool HasExtent(void* message)
+{
+    if (IsImage(message))
+    {
+        return TvImageMsg_Width(message) > 1 && TvImageMsg_Height(message) > 1;
+    }
+    const zRect3d64f box = TvDataMsg_BoundingBox(message);
+    return box.width > 0 && box.height > 0 && (box.length > 0 || xzCastClass_ObjectIs(message, zTypeOf(TvProfileMsg)));
 }
 
 template <typename Count, typename At>
@@ -126,9 +162,14 @@ ToolRunner::~ToolRunner()
     }
 }
 
-std::vector<std::string> ToolRunner::DeliverParameters(const nlohmann::json& parameters)
+std::vector<std::string> ToolRunner::DeliverParameters(nlohmann::json parameters, ReadOnlySetting readOnlyValues)
 {
     return Guarded("when it took its parameters over", [&] {
+        std::optional<ReadOnlyValues> restored;
+        if (readOnlyValues == ReadOnlySetting::Restored)
+        {
+            restored.emplace(tool->Params(), parameters, place.At("parameters"));
+        }
         tool->BeginUpdateParams("restoring a job");
         Ta::Properties::DeliveryReport report;
         try
@@ -139,18 +180,22 @@ std::vector<std::string> ToolRunner::DeliverParameters(const nlohmann::json& par
         {
             throw Error(place.file.string() + ": " + place.where + ".parameters." + failure.Message());
         }
+        if (restored)
+        {
+            restored->Store();
+        }
         tool->EndUpdateParams();
         return report.unknownKeys;
     });
 }
 
-void ToolRunner::Restore(const nlohmann::json& parameters)
+void ToolRunner::Restore(const nlohmann::json& parameters, ReadOnlySetting readOnlyValues)
 {
     std::vector<std::string> missing;
     for (int round = 0; round < mostRounds; ++round)
     {
         const auto before = ParameterPaths(tool->Params());
-        missing = DeliverParameters(parameters);
+        missing = DeliverParameters(parameters, readOnlyValues);
         if (missing.empty())
         {
             takesDefaults = !GivesRegionValues(tool->Params(), parameters);
@@ -234,20 +279,90 @@ void ToolRunner::ConfigureOutput(const OutputSetup& setup)
 void ToolRunner::Route(const std::string& input, const std::string& source, const JobPlace& routePlace)
 {
     TaPipe::ToolInputInfo& target = Input(input, routePlace);
-    Guarded("when an input was routed", [&] { target.Route({0, source}); });
+    Guarded("when an input was routed", [&] {
+        if (takesDefaults)
+        {
+            EnterStage(ToolLifeCycle::TakeDefaults);
+        }
+        target.Route({0, source});
+    });
+    if (IsAnchorInput(input))
+    {
+        anchorSources[input] = source;
+    }
+}
+
+void ToolRunner::EnterStage(ToolLifeCycle stage)
+{
+    if (tool->LifeCycle() != stage)
+    {
+        tool->UpdateLifeCycle(stage);
+    }
 }
 
 void ToolRunner::Start()
 {
     Guarded("when it started", [this] {
-        tool->UpdateLifeCycle(takesDefaults ? ToolLifeCycle::TakeDefaults : ToolLifeCycle::Operational);
+        EnterStage(takesDefaults ? ToolLifeCycle::TakeDefaults : ToolLifeCycle::Operational);
         tool->Start();
     });
     started = true;
 }
 
+/// An execution that placed no regions may have seen the anchors all the same, and taken them for those that the
+/// regions are relative to. The next one has to see them as new again.
+void ToolRunner::BeginAnew()
+{
+    beginsAnew = false;
+    if (anchorSources.empty())
+    {
+        return;
+    }
+    Stop();
+    for (const auto& [input, source] : anchorSources)
+    {
+        TaPipe::ToolInputInfo& target = Input(input, place);
+        Guarded("when an input was routed", [&target, &routed = source] {
+            target.Route({0, ""});
+            target.Route({0, routed});
+        });
+    }
+    Start();
+}
+
+bool ToolRunner::HasRequiredData(const std::vector<Delivery>& deliveries) const
+{
+    return std::ranges::all_of(deliveries, [this](const Delivery& delivery) {
+        return Input(delivery.input, place).IsOptional() || HasData(delivery);
+    });
+}
+
+/// What came out tells that the execution went well, and with it the placing of the regions. If nothing did, it may
+/// have failed before it could place them: for want of required data, or because the data has no extent.
+bool ToolRunner::ArePlaced(const std::vector<Delivery>& deliveries) const
+{
+    void* const reference = ReferenceOf(deliveries);
+    if (reference == nullptr || !(IsImage(reference) || TvDataMsg_HasBoundingBox(reference)))
+    {
+        return false;
+    }
+    return !GaveOnlyNulls() || (HasExtent(reference) && HasRequiredData(deliveries));
+}
+
+bool ToolRunner::GaveOnlyNulls() const
+{
+    const auto isNull = [](const auto& entry) {
+        return !entry.second.empty() && std::ranges::all_of(entry.second, IsNull);
+    };
+    return !sent.empty() && std::ranges::all_of(sent, isNull);
+}
+
 std::vector<Result> ToolRunner::Execute(const std::vector<Delivery>& deliveries)
 {
+    if (beginsAnew)
+    {
+        BeginAnew();
+    }
     std::vector<std::vector<void*>> handles;
     std::vector<TaPipe::MessageInput> inputs;
     for (const Delivery& delivery : deliveries)
@@ -263,9 +378,14 @@ std::vector<Result> ToolRunner::Execute(const std::vector<Delivery>& deliveries)
         {
             place.Fail(fmt::format("tool {} did not take its inputs", Quoted(id)), "Mend the tool");
         }
-        if (std::exchange(takesDefaults, false))
+        if (takesDefaults)
         {
-            tool->UpdateLifeCycle(ToolLifeCycle::Operational);
+            takesDefaults = !ArePlaced(deliveries);
+            beginsAnew = takesDefaults;
+        }
+        if (!takesDefaults)
+        {
+            EnterStage(ToolLifeCycle::Operational);
         }
         std::vector<Result> results;
         for (std::size_t i = 0; i < tool->OutputCount(); ++i)

@@ -27,7 +27,10 @@ struct Delivery
 /// 2. `Restore`, `ConfigureOutput`, `Route`, in this order, each as often as need be;
 /// 3. `Start`, then one `Execute` for each scan, then `Stop`.
 ///
-/// A job that gives no region values has the tool's regions take their defaults from the first execution.
+/// A job that gives no region values has the tool's regions take their defaults from the first data. Its routes are
+/// told in that stage of life, so that the regions stay where they are placed and follow the anchors from there on;
+/// else they are restored, and the region values are relative to the anchors. `Route` after a run is a change by the
+/// user, and the regions stay where they are.
 /// What a tool throws comes out as an Error that names the place of the tool in its job.
 class ToolRunner final : public TaPipe::IToolHost, public TaPipe::IOutputReceiver
 {
@@ -52,7 +55,7 @@ public:
 
     /// Delivers parameter values. Keys that come into being with other values are delivered once they are there.
     /// @throws Error  for a key that never comes, a wrong type, or a value that a parameter does not take
-    void Restore(const nlohmann::json& parameters);
+    void Restore(const nlohmann::json& parameters, ReadOnlySetting readOnlyValues = ReadOnlySetting::Restored);
 
     /// Enables or disables an output and sets its limits.
     /// @throws Error  if there is no such output, or limits are given for one that is no measurement
@@ -77,6 +80,15 @@ public:
 
     void Stop();
 
+    /// Whether the tool still waits for data by which its regions are placed.
+    [[nodiscard]] bool TakesDefaults() const
+    {
+        return takesDefaults;
+    }
+
+    /// Whether the last execution sent messages, but none with data: it failed, or there was nothing to find.
+    [[nodiscard]] bool GaveOnlyNulls() const;
+
     TaPipe::IOutputReceiver& OutputReceiver() override;
     void OnMessage(TaPipe::ITool& sender, const TaPipe::ToolOutputInfo& output, const Ta::Object<void*>& message,
                    int sendKind) override;
@@ -88,7 +100,11 @@ private:
     template <typename Call>
     decltype(auto) Guarded(std::string_view doing, Call&& call) const;
 
-    [[nodiscard]] std::vector<std::string> DeliverParameters(const nlohmann::json& parameters);
+    void EnterStage(TaPipe::ToolLifeCycle stage);
+    void BeginAnew();
+    [[nodiscard]] bool ArePlaced(const std::vector<Delivery>& deliveries) const;
+    [[nodiscard]] bool HasRequiredData(const std::vector<Delivery>& deliveries) const;
+    [[nodiscard]] std::vector<std::string> DeliverParameters(nlohmann::json parameters, ReadOnlySetting readOnlyValues);
     [[nodiscard]] std::vector<std::string> InputNames() const;
     [[nodiscard]] std::vector<std::string> OutputNames() const;
     void AppendResults(const TaPipe::ToolOutputInfo& output, std::vector<Result>& results) const;
@@ -97,8 +113,10 @@ private:
     std::string id;
     JobPlace place;
     std::map<std::string, std::vector<Ta::Object<void*>>> sent;
-    ToolPointer tool; ///< ends before what it calls back
+    ToolPointer tool;                                 ///< ends before what it calls back
+    std::map<std::string, std::string> anchorSources; ///< by the input
     bool takesDefaults = true;
+    bool beginsAnew = false; ///< the run has had no data yet by which regions are placed
     bool started = false;
 };
 } // namespace Mu::Host

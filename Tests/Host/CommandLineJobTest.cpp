@@ -34,8 +34,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ParameterCase{"empty_text", {"A="}, R"({"A": ""})"},
                     ParameterCase{"text_with_equals", {"A=b=c"}, R"({"A": "b=c"})"},
                     ParameterCase{"list", {"A=[1,2]"}, R"({"A": [1, 2]})"},
-                    ParameterCase{"groups", {"R/x=1", "R/S/y=2"}, R"({"R": {"x": 1, "S": {"y": 2}}})"},
-                    ParameterCase{"last_one_counts", {"A=1", "A=2"}, R"({"A": 2})"}),
+                    ParameterCase{"groups", {"R/x=1", "R/S/y=2"}, R"({"R": {"x": 1, "S": {"y": 2}}})"}),
     [](const auto& test) { return std::string(test.param.name); });
 
 struct LimitsCase
@@ -94,6 +93,13 @@ INSTANTIATE_TEST_SUITE_P(
                     BadCase{"no_key", {"=1"}, {}, "--param: \"=1\" is incomplete."},
                     BadCase{"empty_group", {"A//b=1"}, {}, "--param: \"A//b\" is no key of a parameter."},
                     BadCase{"value_as_group", {"A=1", "A/b=2"}, {}, "--param: \"A/b\" is no key of a parameter."},
+                    BadCase{"key_twice", {"A=1", "B=1", "A=2"}, {}, "--param: \"A\" is given twice. Give each key one"},
+                    BadCase{"key_in_a_group_twice", {"A/b=1", "A/b=1"}, {}, "--param: \"A/b\" is given twice."},
+                    BadCase{"group_as_value", {"A/b=1", "A=1"}, {}, "--param: \"A\" is given twice."},
+                    BadCase{"output_twice",
+                            {},
+                            {"Mean=1:2", "Mean=1:"},
+                            "--limits: output \"Mean\" is given limits twice. Give them once."},
                     BadCase{
                         "no_limits", {}, {"Mean"}, "--limits: \"Mean\" is incomplete. Write it as Output=low:high."},
                     BadCase{"no_colon", {}, {"Mean=3"}, "--limits: \"Mean=3\" has no limits."},

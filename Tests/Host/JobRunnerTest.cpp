@@ -176,12 +176,26 @@ INSTANTIATE_TEST_SUITE_P(
              R"({"type": "SurfaceHeight"})", "", "scans[0].options"}),
     [](const auto& test) { return std::string(test.param.name); });
 
-TEST_F(JobOnScans, names_a_scan_that_is_missing_or_broken)
+TEST_F(JobOnScans, names_a_scan_that_is_missing_and_its_place_in_the_job)
+{
+    const std::string problem = "scans[1]: " + (folder / "missing.tif").string() + ": there is no such file.";
+    EXPECT_EQ(ErrorIn(R"("a.tif", "missing.tif")", R"({"type": "SurfaceHeight"})").find(problem), 0U);
+    EXPECT_EQ(ErrorIn(R"("a.tif", {"file": "missing.tif"})", R"({"type": "SurfaceHeight"})").find(problem), 0U);
+}
+
+TEST_F(JobOnScans, misses_a_scan_before_it_reads_another)
+{
+    WriteBytes(folder / "text.tif", "no scan at all");
+    EXPECT_TRUE(Contains(ErrorIn(R"("text.tif", "missing.tif")", R"({"type": "SurfaceHeight"})"),
+                         "missing.tif: there is no such file."));
+}
+
+TEST_F(JobOnScans, names_a_scan_that_is_broken)
 {
     WriteBytes(folder / "text.tif", "no scan at all");
     WriteBytes(folder / "half.tif", ReadBytes(folder / "a.tif").substr(0, 20));
     WriteBytes(folder / "half.tif.json", R"({"spacing": [1, 1, 1]})");
-    for (const char* const name : {"missing.tif", "text.tif", "half.tif"})
+    for (const char* const name : {"text.tif", "half.tif"})
     {
         const std::string message =
             ErrorOf([&] { return Run(std::string("\"a.tif\", \"") + name + "\"", R"({"type": "SurfaceHeight"})"); });

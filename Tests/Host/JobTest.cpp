@@ -96,6 +96,8 @@ INSTANTIATE_TEST_SUITE_P(
     , Bad_job,
     testing::Values(
         Case{"empty", "", "The document is no JSON"}, Case{"no_json", "{\"scans\": [", "The document is no JSON"},
+        Case{"key_twice", R"({"scans": ["a"], "tools": [{"type": "T", "parameters": {"A": 1, "A": 2}}]})",
+             "tools[0].parameters.A: the key stands twice in one object. Keep one of the two."},
         Case{"no_object", "[]", "this is array, not an object. Write an object"},
         Case{"no_scans", R"({"tools": [{"type": "T"}]})", "the key \"scans\" is missing. Add \"scans\""},
         Case{"no_tools", R"({"scans": ["a"]})", "the key \"tools\" is missing. Add \"tools\""},

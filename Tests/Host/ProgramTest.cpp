@@ -1,4 +1,6 @@
-#include "HostTestFiles.h"
+#include <Host/TextTable.h>
+
+#include "AnchorTestScans.h"
 
 #include <sys/wait.h>
 
@@ -9,6 +11,7 @@
 namespace
 {
 using namespace Mu::Host::Testing;
+using Mu::Host::DisplayWidth;
 using nlohmann::json;
 namespace fs = std::filesystem;
 
@@ -273,7 +276,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"unknown_output", "run SurfaceHeight a.tif --limits Men=1:2",
              "tlk: command line: --limits: tool \"SurfaceHeight\" (SurfaceHeight) has no output \"Men\". Did you mean "
              "\"Mean\"?"},
-        Case{"missing_scan", "run SurfaceHeight a.tif none.tif --csv r.csv", "tlk: none.tif: there is no such file."},
+        Case{"missing_scan", "run SurfaceHeight a.tif none.tif --csv r.csv",
+             "tlk: command line: SCAN: none.tif: there is no such file."},
         Case{"scan_of_another_format", "run SurfaceHeight a.tif text.tif --csv r.csv",
              "tlk: text.tif: first bytes: the file begins neither as a TIFF nor as an X3P file."},
         Case{"truncated_scan", "run SurfaceHeight half.tif --csv r.csv", "tlk: half.tif: "},
@@ -290,9 +294,80 @@ INSTANTIATE_TEST_SUITE_P(
              "the output has limits and is switched off, so nothing would be decided."},
         Case{"null_in_the_name_of_a_scan", "run null.json",
              "tlk: null.json: scans[0]: the name of the file holds a null character."},
+        Case{"parameter_twice", "run SurfaceHeight a.tif --param A=1 --param A=2",
+             "tlk: command line: --param: \"A\" is given twice."},
+        Case{"teaching_without_an_anchor", "teach good.json a.tif",
+             "tlk: good.json: routes: no route leads to an anchor"},
+        Case{"teaching_a_folder", "teach . a.tif", "tlk: .: this is not a file that can be read."},
+        Case{"teaching_a_job_that_is_not_there", "teach none.json a.tif", "tlk: none.json: there is no such file."},
         Case{"two_on_the_terminal", "run SurfaceHeight a.tif --json - --csv -",
              "JSON and CSV cannot both go to the terminal."}),
     [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(Program, names_a_word_that_is_no_command)
+{
+    EXPECT_TRUE(Contains(Run("insect").err, "tlk: command line: there is no command or option \"insect\". Did you mean "
+                                            "\"inspect\"? Known here: list, inspect, run, teach."));
+    EXPECT_TRUE(Contains(Run("--verson list").err, "--verson"));
+    EXPECT_TRUE(Contains(Run("run SurfaceHeight a.tif --colour").err, "--colour"));
+    EXPECT_TRUE(Contains(Run("list x").err, "x\n"));
+}
+
+TEST_F(Program, inspects_a_region_with_its_units_and_what_is_read_only)
+{
+    const Ended ended = Run(Plugins("inspect TwoWindows"));
+    EXPECT_EQ(ended.code, 0);
+    EXPECT_TRUE(Contains(ended.out, "\n  AnchorX       optional  measurement\n"));
+    EXPECT_TRUE(Contains(ended.out, "\n  Windows/Left/width             number  5.0"));
+    EXPECT_TRUE(Contains(ended.out, "mm                Width (X)\n"));
+    EXPECT_TRUE(Contains(ended.out, "\n  Windows/Left/transformMatrix   array   [1.0,0.0"));
+    EXPECT_TRUE(Contains(ended.out, "read only"));
+    for (const std::string& line : Lines(ended.out))
+    {
+        EXPECT_LE(DisplayWidth(line), 80U) << line;
+    }
+}
+
+constexpr const char* anchoredJob = R"({"scans": ["moved.tif"],
+    "tools": [{"id": "finder", "type": "Finder"},
+              {"id": "window", "type": "Window", "parameters": {"Region": {"x": 6, "y": 5}}}],
+    "routes": [{"from": "finder/X", "to": "window/AnchorX"}]})";
+
+TEST_F(Program, teaches_a_job_so_that_it_runs_in_the_drawn_region)
+{
+    WriteFeatureScan(folder / "a.tif");
+    WriteFeatureScan(folder / "moved.tif", 4, 0);
+    WriteBytes(folder / "job.json", anchoredJob);
+    const Ended taught = Run(Plugins("teach job.json a.tif"));
+    EXPECT_EQ(taught.code, 0) << taught.err;
+    EXPECT_TRUE(Contains(taught.out, "window  Region  x                6       -2.5\n"));
+    EXPECT_TRUE(Contains(taught.out, "\nWritten to job.json: "));
+    const Ended run = Run(Plugins("run job.json --csv -"));
+    EXPECT_EQ(run.code, 0);
+    EXPECT_TRUE(Contains(run.out, "moved.tif,window,X,,value,8"));
+    EXPECT_FALSE(Contains(run.err, "warning"));
+}
+
+TEST_F(Program, warns_of_a_read_only_value_that_a_user_gives)
+{
+    WriteFeatureScan(folder / "a.tif");
+    const Ended run = Run(Plugins("run Window a.tif --param 'Region/transformMatrix=[]'"));
+    EXPECT_EQ(run.code, 0);
+    EXPECT_TRUE(Contains(run.err, "warning: ")) << run.err;
+}
+
+TEST_F(Program, does_not_teach_what_it_cannot_write)
+{
+    WriteFeatureScan(folder / "a.tif");
+    // The temporary file beside it would have too long a name.
+    const std::string name(250, 'j');
+    WriteBytes(folder / name, anchoredJob);
+    const Ended ended = Run(Plugins(("teach " + name + " a.tif").c_str()));
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_TRUE(Contains(ended.err, "no file can be made beside it"));
+    EXPECT_EQ(ReadBytes(folder / name), anchoredJob);
+}
 
 class Bad_words_for : public Program, public testing::WithParamInterface<const char*>
 {
@@ -307,7 +382,8 @@ TEST_P(Bad_words_for, the_program_end_with_2_and_point_to_the_help)
 }
 
 INSTANTIATE_TEST_SUITE_P(, Bad_words_for,
-                         testing::Values("", "walk", "run", "run T a.tif --colour", "inspect", "list x"),
+                         testing::Values("", "walk", "run", "run T a.tif --colour", "inspect", "list x", "teach",
+                                         "teach a.json", "teach a b c"),
                          [](const auto& test) { return "case_" + std::to_string(test.index); });
 
 TEST_F(Program, writes_no_result_when_a_later_file_cannot_be_written)

@@ -53,7 +53,7 @@ TEST_F(ToolRunnerOn, a_tool_calls_it_in_the_order_of_its_life)
     static_cast<void>(Execute(*runner));
     static_cast<void>(Execute(*runner));
     runner->Stop();
-    EXPECT_EQ(Calls(*runner), "allocator@0;init@0;config@0;config@2;limits Value@2;route Surface scan@2;"
+    EXPECT_EQ(Calls(*runner), "allocator@0;init@0;config@0;config@2;limits Value@2;route Surface scan@1;"
                               "start@1;execute@1;execute@0;stop@0;");
 }
 
@@ -61,9 +61,10 @@ TEST_F(ToolRunnerOn, a_tool_with_region_values_lets_no_region_take_defaults)
 {
     const auto runner = Make("Diary");
     runner->Restore({{"Region", {{"width", 2}}}});
+    runner->Route("Surface", "scan", place);
     runner->Start();
     static_cast<void>(Execute(*runner));
-    EXPECT_TRUE(Contains(Calls(*runner), "start@0;execute@0;"));
+    EXPECT_TRUE(Contains(Calls(*runner), "route Surface scan@2;start@0;execute@0;"));
 }
 
 TEST_F(ToolRunnerOn, a_tool_that_cannot_be_stopped_may_still_be_dropped)
