@@ -49,6 +49,58 @@ struct CommonToolTestAccess
         return tool.dynamicParamsChanged;
     }
 
+    static const std::vector<Mu::TlkHelper::AnchoredRegionInterface*>& AnchoredRegions(CommonTool& tool)
+    {
+        return tool.anchoredRegions;
+    }
+
+    // The calls that go to all regions.
+
+    static void SynchronizeRegion(CommonTool& tool)
+    {
+        tool.SynchronizeRegion();
+    }
+
+    static void RefreshRelativeRegion(CommonTool& tool)
+    {
+        tool.RefreshRelativeRegion();
+    }
+
+    static void CalculateRelativeRegion(CommonTool& tool)
+    {
+        tool.CalculateRelativeRegion();
+    }
+
+    static void CalculateAbsoluteRegion(CommonTool& tool)
+    {
+        tool.CalculateAbsoluteRegion();
+    }
+
+    static void CalculateTransformMatrix(CommonTool& tool)
+    {
+        tool.CalculateTransformMatrix();
+    }
+
+    static void RefreshConfigRegion(CommonTool& tool)
+    {
+        tool.RefreshConfigRegion();
+    }
+
+    static void ResetTransformMatrix(CommonTool& tool)
+    {
+        tool.ResetTransformMatrix();
+    }
+
+    static void SetTransformMatrixAsInvalid(CommonTool& tool)
+    {
+        tool.SetTransformMatrixAsInvalid();
+    }
+
+    static bool IsTransformMatrixIdentity(CommonTool& tool)
+    {
+        return tool.IsTransformMatrixIdentity();
+    }
+
     static void CheckOutputFormat(CommonTool& tool, const TaPipe::ToolOutputInfo* output, TaPipe::PipeDataFormat format,
                                   bool ignoreType)
     {
@@ -119,18 +171,21 @@ public:
     using Base::toolAlloc;
     using Base::toolName;
 
+    using Base::AddAnchorInputs;
     using Base::AddInput;
     using Base::AllAnchorsInactive;
     using Base::BeginSendArray;
     using Base::CreateMeasurementMessage;
     using Base::Describe;
     using Base::EndSendArray;
+    using Base::ExtractAnchorInputs;
     using Base::GetDataMessageInput;
     using Base::HandleDynamicInput;
     using Base::Init;
     using Base::IsOutputEnabled;
     using Base::OutputAlreadySent;
     using Base::RegisterAction;
+    using Base::RegisterAnchoredRegion;
     using Base::RemoveInput;
     using Base::SendAllNullOutputs;
     using Base::SendArrayedMeasurements;

@@ -11,7 +11,8 @@ import sys
 import tempfile
 
 SECTION = re.compile(r"\[(.+)\]$")
-DESTRUCTOR = re.compile(r"(~\w+|_ZThn\d+_\w+D[01]Ev)$")
+DESTRUCTOR = re.compile(r"~\w+$")
+THUNK = re.compile(r"_ZThn\d+_N(\w+)$")
 
 
 def read_expected(path):
@@ -76,7 +77,18 @@ def slot_text(value):
         return "pure"
     if value == "0":
         return "destructor"  # an abstract class has none that could be called through its table
-    return DESTRUCTOR.sub("destructor", value)
+    return DESTRUCTOR.sub("destructor", THUNK.sub(thunk_operation, value))
+
+
+def thunk_operation(thunk):
+    """The operation that an entry of a second table leads to: the last of the names in its symbol, which stand one
+    after the other, each behind its length."""
+    rest = thunk.group(1)
+    operation = ""
+    while length := re.match(r"\d+", rest):
+        end = length.end() + int(length.group())
+        operation, rest = rest[length.end() : end], rest[end:]
+    return "destructor" if rest.startswith(("D0", "D1")) else operation
 
 
 def differences(name, expected, actual):

@@ -22,3 +22,6 @@ structure_twin(An_extra_slot_is_reported
 structure_twin(A_slot_that_is_not_overridden_is_reported
     REPORTS "Twin::Shape: table 0, slot 1: expected Twin::Shape::Stop, found pure"
     COMMAND ${slot_twin} -DMISSING_BODY)
+structure_twin(Swapped_slots_of_a_second_table_are_reported
+    REPORTS "Twin::Crate: table 1, slot 0: expected Twin::Crate::Width, found Twin::Crate::Height"
+    COMMAND ${slot_twin} -DSWAPPED_SECOND_TABLE)

@@ -1,3 +1,4 @@
+#include <MuTlkHelper/AnchoredRegion.h>
 #include <MuTlkHelper/CommonTool.h>
 #include <TaPipe/CommonTool.h>
 #include <TaPipe/IToolHost.h>

@@ -1,4 +1,4 @@
-// Two classes whose slots stand as the table beside says, unless one of the changes that must be reported is asked for.
+// Classes whose slots stand as the table beside says, unless one of the changes that must be reported is asked for.
 
 namespace Twin
 {
@@ -27,5 +27,26 @@ public:
 #if defined(EXTRA_SLOT)
     virtual double Length();
 #endif
+};
+
+class ISized
+{
+public:
+#if defined(SWAPPED_SECOND_TABLE)
+    virtual double Height() = 0;
+    virtual double Width() = 0;
+#else
+    virtual double Width() = 0;
+    virtual double Height() = 0;
+#endif
+    virtual ~ISized() = default;
+};
+
+class Crate : public Shape, public ISized
+{
+public:
+    double Width() override;
+    double Height() override;
+    ~Crate() override;
 };
 } // namespace Twin
