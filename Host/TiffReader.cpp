@@ -34,7 +34,7 @@ thread_local Messages* listener = nullptr;
 TIFFErrorHandler otherErrorHandler = nullptr;
 TIFFErrorHandler otherWarningHandler = nullptr;
 
-void Keep(std::vector<std::string>& texts, const char* format, std::va_list arguments)
+[[gnu::format(printf, 2, 0)]] void Keep(std::vector<std::string>& texts, const char* format, std::va_list arguments)
 {
     // A damaged file can give rise to thousands of messages; the first few tell the cause.
     constexpr std::size_t most = 4;

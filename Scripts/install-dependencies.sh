@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Installs the packages that are missing on a Debian machine: all of them, or only those of a build without tests.
+# Installs the packages that are missing on a Debian machine: those of build and tests, only those of a build without
+# tests, or those of the fuzzers.
 #
-#     Scripts/install-dependencies.sh [all|build]
+#     Scripts/install-dependencies.sh [all|build|fuzz]
 set -euo pipefail
 
 buildPackages=(
@@ -30,6 +31,11 @@ testPackages=(
     python3-xxhash
     shellcheck
 )
+# Older releases of clang cannot read the distribution's own standard library.
+fuzzPackages=(
+    clang-19
+    libclang-rt-19-dev
+)
 
 fail()
 {
@@ -55,7 +61,8 @@ asRoot()
 case ${1:-all} in
     all) packages=("${buildPackages[@]}" "${testPackages[@]}") ;;
     build) packages=("${buildPackages[@]}") ;;
-    *) fail "install-dependencies.sh: '$1' is no choice. Say all, build, or nothing for all." ;;
+    fuzz) packages=("${buildPackages[@]}" "${fuzzPackages[@]}") ;;
+    *) fail "install-dependencies.sh: '$1' is no choice. Say all, build, fuzz, or nothing for all." ;;
 esac
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

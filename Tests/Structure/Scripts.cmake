@@ -6,6 +6,7 @@ endif()
 add_test(NAME Repository.Scripts_are_clean
     COMMAND ${MU_SHELLCHECK} --external-sources --source-path=SCRIPTDIR
         ${PROJECT_SOURCE_DIR}/Scripts/demo.sh
+        ${PROJECT_SOURCE_DIR}/Scripts/fuzz.sh
         ${PROJECT_SOURCE_DIR}/Scripts/install-dependencies.sh
         ${PROJECT_SOURCE_DIR}/Scripts/test.sh
         ${PROJECT_SOURCE_DIR}/.ci/run)

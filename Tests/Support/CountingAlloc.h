@@ -54,6 +54,11 @@ public:
         return zCountingAlloc_Counts(alloc).liveBytes;
     }
 
+    [[nodiscard]] std::size_t PeakBytes() const
+    {
+        return zCountingAlloc_Counts(alloc).peakBytes;
+    }
+
 private:
     zAlloc alloc = nullptr;
 };

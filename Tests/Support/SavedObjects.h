@@ -1,23 +1,19 @@
 #pragma once
 
 #include <Support/Builders.h>
-#include <Support/CountingAlloc.h>
 #include <Support/GraphicElements.h>
 
 #include <TaPipe/TpTypes.h>
 #include <zApi/zApi.h>
 #include <zRelay/zRelay.h>
 
-#include <xxhash.h>
-
 #include <array>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <limits>
 #include <string>
 #include <vector>
 
-// Objects of every type to be saved, their bytes, and bytes made by hand.
+// Objects of every type to be saved.
 
 namespace Support
 {
@@ -384,56 +380,4 @@ inline const std::array CASES = {
     Case{"label_without_text", SilentLabel},
     Case{"odd_ray", OddRay},
 };
-
-// Bytes.
-
-/// The bytes that saving writes.
-inline std::string Saved(zObject object)
-{
-    Object stream;
-    MU_CHECK(zMemory_Construct(stream.Out(), nullptr));
-    MU_CHECK(zSave6_ToStream(object, stream.Get()));
-    return {static_cast<const char*>(zMemory_At(stream.Get(), 0)), zMemory_Length(stream.Get())};
-}
-
-inline zStatus Load(zObject* object, std::string bytes, zAlloc alloc)
-{
-    MU_CHECK(TaPipe_RegisterTypes());
-    Object stream;
-    MU_CHECK(zMemory_Construct(stream.Out(), nullptr));
-    MU_CHECK(zMemory_Attach(stream.Get(), bytes.data(), 0, bytes.size(), bytes.size()));
-    return zLoad6_FromStream(object, stream.Get(), alloc);
-}
-
-/// Bytes that are not to be loaded give a failing status and leave nothing behind.
-inline void ExpectRefused(const std::string& bytes)
-{
-    const CountingAlloc alloc;
-    zObject object = nullptr;
-    EXPECT_NE(Load(&object, bytes, alloc.Get()), zOK);
-    EXPECT_EQ(object, nullptr);
-    EXPECT_EQ(alloc.LiveBlocks(), 0U);
-}
-
-inline std::string Number(z64u number)
-{
-    return {reinterpret_cast<const char*>(&number), sizeof(number)};
-}
-
-inline std::string Name(const std::string& text)
-{
-    return Number(text.size()) + text;
-}
-
-inline std::string Container(const std::string& content, z64u version = 1)
-{
-    return std::string("zDat6\r\n\x1A", 8) + Number(version) + content + Number(0);
-}
-
-/// A container with another checksum: that of its bytes.
-inline std::string Sealed(const std::string& container)
-{
-    const std::string content = container.substr(0, container.size() - sizeof(z64u));
-    return content + Number(XXH3_64bits(content.data(), content.size()));
-}
 } // namespace Support

@@ -1,3 +1,4 @@
+#include <Support/ContainerBytes.h>
 #include <Support/SavedObjects.h>
 #include <Support/TemporaryFolder.h>
 
@@ -151,7 +152,7 @@ TEST(Dat6, The_reader_in_another_language_takes_every_type)
 TEST(Dat6, The_reader_in_another_language_refuses_a_changed_byte)
 {
     const TemporaryFolder folder;
-    std::string bytes = Saved(Recording().Get());
+    std::string bytes = SavedBytes(Recording().Get());
     bytes[100] = static_cast<char>(bytes[100] ^ 1);
     const std::string path = folder.Path("object.zDat6");
     ASSERT_EQ(zFile_Save(path.c_str(), bytes.data(), bytes.size()), zOK);

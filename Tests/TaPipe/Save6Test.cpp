@@ -1,5 +1,6 @@
 #include <Support/FaultWalk.h>
 #include <Support/ObjectText.h>
+#include <Support/ContainerBytes.h>
 #include <Support/SavedObjects.h>
 #include <Support/TemporaryFolder.h>
 
@@ -62,7 +63,7 @@ void ExpectRefusedOrUsable(const std::string& bytes)
     if (Load(&object, bytes, alloc.Get()) == zOK)
     {
         EXPECT_EQ(Shown(CloneOf(object).Get()), Shown(object));
-        EXPECT_EQ(Saved(object), bytes);
+        EXPECT_EQ(SavedBytes(object), bytes);
     }
     static_cast<void>(xzObject_DestroyImpl(object));
     EXPECT_EQ(alloc.LiveBlocks(), 0U);
@@ -77,20 +78,20 @@ TEST_P(Saved_object, comes_back_from_a_file_as_it_was)
     ASSERT_EQ(zSave6(object.Get(), folder.Path("object.zDat6").c_str()), zOK);
     ASSERT_EQ(zLoad6(loaded.Out(), folder.Path("object.zDat6").c_str(), nullptr), zOK);
     EXPECT_EQ(Shown(loaded.Get()), Shown(object.Get()));
-    EXPECT_EQ(FileContent(folder.Path("object.zDat6")), Saved(object.Get()));
+    EXPECT_EQ(FileContent(folder.Path("object.zDat6")), SavedBytes(object.Get()));
 }
 
 TEST_P(Saved_object, comes_back_from_its_clone_as_it_was)
 {
     const Object object = GetParam().make();
     Object loaded;
-    ASSERT_EQ(Load(loaded.Out(), Saved(CloneOf(object.Get()).Get()), nullptr), zOK);
+    ASSERT_EQ(Load(loaded.Out(), SavedBytes(CloneOf(object.Get()).Get()), nullptr), zOK);
     EXPECT_EQ(Shown(CloneOf(loaded.Get()).Get()), Shown(object.Get()));
 }
 
 TEST_P(Saved_object, is_refused_when_cut_at_any_byte_or_followed_by_one)
 {
-    const std::string bytes = Saved(GetParam().make().Get());
+    const std::string bytes = SavedBytes(GetParam().make().Get());
     for (std::size_t length = 0; length < bytes.size(); length += StepThrough(bytes))
     {
         SCOPED_TRACE(length);
@@ -102,7 +103,7 @@ TEST_P(Saved_object, is_refused_when_cut_at_any_byte_or_followed_by_one)
 TEST_P(Saved_object, is_refused_when_any_byte_is_changed)
 {
     std::mt19937 random = Random();
-    const std::string bytes = Saved(GetParam().make().Get());
+    const std::string bytes = SavedBytes(GetParam().make().Get());
     for (std::size_t place = 0; place < bytes.size(); place += StepThrough(bytes))
     {
         SCOPED_TRACE(place);
@@ -115,7 +116,7 @@ TEST_P(Saved_object, is_refused_when_any_byte_is_changed)
 TEST_P(Saved_object, with_a_changed_bit_and_a_right_checksum_is_refused_or_usable)
 {
     std::mt19937 random = Random();
-    const std::string bytes = Saved(GetParam().make().Get());
+    const std::string bytes = SavedBytes(GetParam().make().Get());
     // Large objects take long to be shown.
     const std::size_t step = IsSmall(bytes) ? 1 : bytes.size() / 3;
     for (std::size_t place = 0; place < bytes.size() - sizeof(z64u); place += step)
@@ -129,7 +130,7 @@ TEST_P(Saved_object, with_a_changed_bit_and_a_right_checksum_is_refused_or_usabl
 
 TEST_P(Saved_object, leaves_nothing_behind_when_a_request_or_call_of_loading_fails)
 {
-    const std::string bytes = Saved(GetParam().make().Get());
+    const std::string bytes = SavedBytes(GetParam().make().Get());
     Object stream;
     MU_CHECK(zMemory_Construct(stream.Out(), nullptr));
     MU_CHECK(zStream_Write(stream.Get(), bytes.data(), bytes.size()));
@@ -193,7 +194,7 @@ TEST(Save6, What_is_not_to_be_saved_is_refused_and_leaves_no_file)
 TEST(Save6, Items_of_a_type_that_is_not_registered_are_saved_but_not_loaded)
 {
     zObject object = nullptr;
-    EXPECT_EQ(Load(&object, Saved(List(zTypeOf(zStream), {}).Get()), nullptr), zERROR_INTERFACE);
+    EXPECT_EQ(Load(&object, SavedBytes(List(zTypeOf(zStream), {}).Get()), nullptr), zERROR_INTERFACE);
     EXPECT_EQ(object, nullptr);
 }
 

@@ -1,4 +1,5 @@
 #include <Support/ObjectText.h>
+#include <Support/ContainerBytes.h>
 #include <Support/SavedObjects.h>
 #include <Support/TemporaryFolder.h>
 
@@ -130,7 +131,7 @@ TEST(Saved_types, Items_of_every_value_type_come_back)
         const Object array = Array2(type, 1, 3);
         std::memset(zArray2_At(array.Get(), 0, 1), 77, type->size);
         Object loaded;
-        ASSERT_EQ(Load(loaded.Out(), Saved(array.Get()), nullptr), zOK);
+        ASSERT_EQ(Load(loaded.Out(), SavedBytes(array.Get()), nullptr), zOK);
         EXPECT_EQ(zArray2_ItemType(loaded.Get()), type);
         EXPECT_EQ(Shown(loaded.Get()), Shown(array.Get()));
     }

@@ -240,6 +240,33 @@ TEST(Counting_allocator, Counts_requests_and_what_lives)
     EXPECT_EQ(alloc.LiveBytes(), 0U);
 }
 
+TEST(Counting_allocator, Peak_is_the_most_that_lived_at_one_time)
+{
+    const CountingAlloc alloc;
+    void* first = nullptr;
+    void* second = nullptr;
+    EXPECT_EQ(alloc.PeakBytes(), 0U);
+    ASSERT_EQ(zAlloc_Get(alloc.Get(), 10, &first), zOK);
+    ASSERT_EQ(zAlloc_Get(alloc.Get(), 5, &second), zOK);
+    ASSERT_EQ(zAlloc_Free(alloc.Get(), first), zOK);
+    ASSERT_EQ(zAlloc_Get(alloc.Get(), 7, &first), zOK); // 12 live now
+    EXPECT_EQ(alloc.PeakBytes(), 15U);
+    ASSERT_EQ(zAlloc_Free(alloc.Get(), second), zOK);
+    ASSERT_EQ(zAlloc_Get(alloc.Get(), 9, &second), zOK); // 16 live now
+    ASSERT_EQ(zAlloc_Free(alloc.Get(), first), zOK);
+    ASSERT_EQ(zAlloc_Free(alloc.Get(), second), zOK);
+    EXPECT_EQ(alloc.PeakBytes(), 16U);
+}
+
+TEST(Counting_allocator, Peak_takes_no_part_in_a_request_that_fails)
+{
+    const CountingAlloc alloc;
+    void* memory = nullptr;
+    alloc.FailAt(1);
+    ASSERT_EQ(zAlloc_Get(alloc.Get(), 10, &memory), zERROR_MEMORY);
+    EXPECT_EQ(alloc.PeakBytes(), 0U);
+}
+
 TEST(Counting_allocator, Freeing_null_counts_nothing)
 {
     const CountingAlloc alloc;
@@ -287,7 +314,7 @@ TEST(Counting_allocator, Operations_refuse_other_handles)
     EXPECT_EQ(zCountingAlloc_Construct(nullptr), zERROR_MISSING);
     EXPECT_EQ(zCountingAlloc_FailAt(nullptr, 1), zERROR_PARAMETER);
     const zAllocCounts counts = zCountingAlloc_Counts(nullptr);
-    EXPECT_EQ(counts.requests + counts.liveBlocks + counts.liveBytes, 0U);
+    EXPECT_EQ(counts.requests + counts.liveBlocks + counts.liveBytes + counts.peakBytes, 0U);
 }
 
 TEST(Counting_allocator, Construct_without_memory_fails)

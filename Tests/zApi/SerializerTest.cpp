@@ -204,6 +204,22 @@ TEST(Serializer, Read_past_the_end_changes_nothing)
     }
 }
 
+TEST(Serializer, Run_of_no_primitives_succeeds_whatever_came_before)
+{
+    // Before the first use there is neither a place to read from nor one to write to.
+    Bytes bytes = {1, 2};
+    z8u item = 0xEE;
+    const Handle fresh = Serializer(Attached(bytes));
+    EXPECT_EQ(xzSerializer_ReadPrimitives(fresh.Get(), &item, 1, 0), zOK);
+    EXPECT_EQ(xzSerializer_WritePrimitives(fresh.Get(), &item, 1, 0), zOK);
+    EXPECT_EQ(Read<z8u>(fresh, 1), Bytes{1});
+    EXPECT_EQ(xzSerializer_WritePrimitives(fresh.Get(), &item, 1, 0), zOK);
+    EXPECT_EQ(Read<z8u>(fresh, 1), Bytes{2});
+    EXPECT_EQ(xzSerializer_ReadPrimitives(fresh.Get(), &item, 1, 0), zOK);
+    EXPECT_EQ(item, 0xEE);
+    EXPECT_EQ(bytes, (Bytes{1, 2}));
+}
+
 TEST(Serializer, Size_that_does_not_fit_its_field_is_refused)
 {
     const Handle memory = Memory();

@@ -20,7 +20,7 @@ struct Exception::Details
 
 namespace
 {
-std::string Format(const char* format, va_list arguments)
+[[gnu::format(printf, 1, 0)]] std::string Format(const char* format, va_list arguments)
 {
     va_list measured;
     va_copy(measured, arguments);

@@ -150,18 +150,26 @@ const TypeName& TypeNameOf(const Leaf& leaf)
     return TYPE_NAMES[static_cast<std::size_t>(leaf.Kind())];
 }
 
+/// Behind every order if it has none.
+std::uint64_t SortOrderOf(const Node& child)
+{
+    const auto* order = dynamic_cast<const Value<std::uint32_t>*>(child.FindSchema("sortOrder"));
+    return order == nullptr ? std::uint64_t{1} << 32U : order->Get();
+}
+
 std::vector<const Node*> InSortOrder(const Structure& structure)
 {
-    std::vector<const Node*> children;
+    std::vector<std::pair<std::uint64_t, std::size_t>> places;
     for (std::size_t i = 0; i < structure.Count(); ++i)
     {
-        children.push_back(&structure.At(i));
+        places.emplace_back(SortOrderOf(structure.At(i)), i);
     }
-    const auto sortOrder = [](const Node* child) {
-        const auto* order = dynamic_cast<const Value<std::uint32_t>*>(child->FindSchema("sortOrder"));
-        return order == nullptr ? std::uint64_t{1} << 32U : order->Get();
-    };
-    std::ranges::stable_sort(children, {}, sortOrder);
+    std::ranges::sort(places);
+    std::vector<const Node*> children;
+    for (const auto& [order, index] : places)
+    {
+        children.push_back(&structure.At(index));
+    }
     return children;
 }
 

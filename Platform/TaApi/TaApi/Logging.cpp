@@ -49,7 +49,7 @@ const char* Or(const char* text)
     return text == nullptr ? "" : text;
 }
 
-zStatus Format(std::string& text, const char* format, va_list arguments)
+[[gnu::format(printf, 2, 0)]] zStatus Format(std::string& text, const char* format, va_list arguments)
 {
     va_list measured;
     va_copy(measured, arguments);

@@ -6,7 +6,16 @@
 #include <cstdlib>
 #include <limits>
 
+// One compiler says by a macro of its own that it watches addresses, the other only when asked.
 #if defined(__SANITIZE_ADDRESS__)
+#define MU_WATCHES_ADDRESSES
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define MU_WATCHES_ADDRESSES
+#endif
+#endif
+
+#if defined(MU_WATCHES_ADDRESSES)
 #include <sanitizer/asan_interface.h>
 #else
 #define ASAN_POISON_MEMORY_REGION(address, size) static_cast<void>(address)
@@ -91,6 +100,7 @@ struct CountingAlloc : zObjectClass
     std::atomic<std::size_t> requests;
     std::atomic<std::size_t> liveBlocks;
     std::atomic<std::size_t> liveBytes;
+    std::atomic<std::size_t> peakBytes;
     std::atomic<std::size_t> requestsToFailure; ///< 0: none fails
 };
 
@@ -108,6 +118,14 @@ bool TakesFailure(CountingAlloc& counting)
     return remaining == 1;
 }
 
+void RaisePeak(CountingAlloc& counting, std::size_t liveBytes)
+{
+    std::size_t peak = counting.peakBytes.load(std::memory_order_relaxed);
+    while (peak < liveBytes && !counting.peakBytes.compare_exchange_weak(peak, liveBytes))
+    {
+    }
+}
+
 void* GetCounted(CountingAlloc& counting, std::size_t size)
 {
     counting.requests.fetch_add(1, std::memory_order_relaxed);
@@ -115,7 +133,7 @@ void* GetCounted(CountingAlloc& counting, std::size_t size)
     if (memory != nullptr)
     {
         counting.liveBlocks.fetch_add(1, std::memory_order_relaxed);
-        counting.liveBytes.fetch_add(size, std::memory_order_relaxed);
+        RaisePeak(counting, counting.liveBytes.fetch_add(size, std::memory_order_relaxed) + size);
     }
     return memory;
 }
@@ -192,7 +210,7 @@ zStatus zCountingAlloc_FailAt(zAlloc alloc, std::size_t request)
 zAllocCounts zCountingAlloc_Counts(zAlloc alloc)
 {
     CountingAlloc* const counting = AsCounting(alloc);
-    return counting == nullptr
-               ? zAllocCounts{}
-               : zAllocCounts{counting->requests.load(), counting->liveBlocks.load(), counting->liveBytes.load()};
+    return counting == nullptr ? zAllocCounts{}
+                               : zAllocCounts{counting->requests.load(), counting->liveBlocks.load(),
+                                              counting->liveBytes.load(), counting->peakBytes.load()};
 }

@@ -13,6 +13,7 @@ struct zAllocCounts
     std::size_t requests;   ///< requests since construction, failed ones included
     std::size_t liveBlocks; ///< blocks given out and not yet freed
     std::size_t liveBytes;  ///< their bytes, as requested
+    std::size_t peakBytes;  ///< the most of these at any one time since construction
 };
 
 /// Bounds of what the default allocator keeps warm.

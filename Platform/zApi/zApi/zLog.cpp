@@ -7,7 +7,7 @@
 
 namespace
 {
-zStatus WriteToStandardError(const char* format, va_list arguments)
+[[gnu::format(printf, 1, 0)]] zStatus WriteToStandardError(const char* format, va_list arguments)
 {
     // Text and line end are one piece, so that the lines of several threads do not mix.
     va_list measured;

@@ -57,13 +57,13 @@ extern "C"
     /// flushes the stream. -997 for another handle, or a failing write's or flush's status.
     MU_PLATFORM_EXPORT zStatus xzSerializer_FlushEx(zSerializer serializer, z32s flushStream);
 
-    /// The way of `xzSerializer_WritePrimitives` when the buffer is full, bytes are to be reversed, or an argument is
-    /// bad.
+    /// The way of `xzSerializer_WritePrimitives` when the buffer is full, bytes are to be reversed, there are none, or
+    /// an argument is bad.
     MU_PLATFORM_EXPORT zStatus xzSerializer_WriteSlow(zSerializer serializer, const void* items, std::size_t itemSize,
                                                       std::size_t count);
 
-    /// The way of `xzSerializer_ReadPrimitives` when the buffer holds too little, bytes are to be reversed, or an
-    /// argument is bad.
+    /// The way of `xzSerializer_ReadPrimitives` when the buffer holds too little, bytes are to be reversed, none are
+    /// asked for, or an argument is bad.
     MU_PLATFORM_EXPORT zStatus xzSerializer_ReadSlow(zSerializer serializer, void* items, std::size_t itemSize,
                                                      std::size_t count);
 }
@@ -85,7 +85,7 @@ inline zStatus xzSerializer_WritePrimitives(zSerializer serializer, const void* 
     auto* const object = static_cast<zSerializerClass*>(serializer);
     std::size_t bytes = 0;
     if (object == nullptr || object->type != zTypeOf(zSerializer) || items == nullptr ||
-        !xzSerializer_IsPrimitive(itemSize) || (object->isReversed && itemSize > 1) ||
+        !xzSerializer_IsPrimitive(itemSize) || (object->isReversed && itemSize > 1) || count == 0 ||
         __builtin_mul_overflow(itemSize, count, &bytes) ||
         bytes > static_cast<std::size_t>(object->writeEnd - object->writeNext)) [[unlikely]]
     {
@@ -106,7 +106,7 @@ inline zStatus xzSerializer_ReadPrimitives(zSerializer serializer, void* items, 
     auto* const object = static_cast<zSerializerClass*>(serializer);
     std::size_t bytes = 0;
     if (object == nullptr || object->type != zTypeOf(zSerializer) || items == nullptr ||
-        !xzSerializer_IsPrimitive(itemSize) || (object->isReversed && itemSize > 1) ||
+        !xzSerializer_IsPrimitive(itemSize) || (object->isReversed && itemSize > 1) || count == 0 ||
         __builtin_mul_overflow(itemSize, count, &bytes) ||
         bytes > static_cast<std::size_t>(object->readEnd - object->readNext)) [[unlikely]]
     {
