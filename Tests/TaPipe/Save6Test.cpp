@@ -1,6 +1,6 @@
+#include <Support/ContainerBytes.h>
 #include <Support/FaultWalk.h>
 #include <Support/ObjectText.h>
-#include <Support/ContainerBytes.h>
 #include <Support/SavedObjects.h>
 #include <Support/TemporaryFolder.h>
 

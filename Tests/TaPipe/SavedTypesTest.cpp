@@ -1,5 +1,5 @@
-#include <Support/ObjectText.h>
 #include <Support/ContainerBytes.h>
+#include <Support/ObjectText.h>
 #include <Support/SavedObjects.h>
 #include <Support/TemporaryFolder.h>
 

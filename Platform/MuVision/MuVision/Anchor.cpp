@@ -1,5 +1,7 @@
 #include <MuVision/Anchor.h>
 
+#include <MuVision/AxisTurns.h>
+
 #include <Eigen/Core>
 
 #include <array>
@@ -22,7 +24,8 @@ enum class Way
 // In (-180, 180]; exact, and never -0.
 double Canonical(double degrees)
 {
-    const double inCircle = std::remainder(degrees, 360.0);
+    // The remainder is slow, and changes nothing within a half turn.
+    const double inCircle = std::abs(degrees) <= 180.0 ? degrees : std::remainder(degrees, 360.0);
     return inCircle == -180.0 ? 180.0 : inCircle + 0.0;
 }
 
@@ -31,22 +34,29 @@ double Degrees(double sine, double cosine)
     return Canonical(std::atan2(sine, cosine) * (180.0 / std::numbers::pi));
 }
 
-Eigen::Matrix3d RotationOf(const RefFrame& frame)
+template <typename Record>
+Angles AnglesOf(const Record& record)
 {
-    const zM3dTransform3d t = frame.TozTransform();
+    return {NullAsZero(record.xAngle), NullAsZero(record.yAngle), NullAsZero(record.zAngle)};
+}
+
+// An angle about y is measured from x towards z, as in the plane of a profile: the left hand's sense.
+zM3dTransform3d TurnOf(const Angles& angles)
+{
+    return TurnXYZ(angles[0], -angles[1], angles[2]);
+}
+
+Eigen::Matrix3d RotationOf(const Angles& angles)
+{
+    const zM3dTransform3d t = TurnOf(angles);
     Eigen::Matrix3d rotation;
     rotation << t.xx, t.xy, t.xz, t.yx, t.yy, t.yz, t.zx, t.zy, t.zz;
     return rotation;
 }
 
-Eigen::Matrix3d RotationOf(const Angles& angles, RotationOrder order)
-{
-    return RotationOf(CreateAnchorTransform({0.0, 0.0, 0.0, angles[0], angles[1], angles[2]}, order));
-}
-
 // The angles of a rotation. That about z is read off after that about x was undone, so that the three agree to the last
 // bits also where y is near +-90 and x alone is badly determined.
-Angles AnglesOf(const Eigen::Matrix3d& r)
+Angles AnglesOfTurn(const Eigen::Matrix3d& r)
 {
     constexpr double uprightBelow = 1e-14; // rounding leaves a few 1e-16 where it ought to be 0
     const double cosineY = std::hypot(r(2, 1), r(2, 2));
@@ -58,8 +68,8 @@ Angles AnglesOf(const Eigen::Matrix3d& r)
     return {Degrees(sineX, cosineX), Degrees(r(2, 0), cosineY), Degrees(sineZ, cosineZ)};
 }
 
-// The angles of a region that an anchor turns.
-Angles Turned(const Angles& region, const Angles& anchor, RotationOrder order, Way way)
+// The angles of a region that an anchor turns by `turn`.
+Angles Turned(const Angles& region, const Angles& anchor, const Eigen::Matrix3d& turn, Way way)
 {
     Angles sum{};
     std::size_t turningAxes = 0;
@@ -72,14 +82,12 @@ Angles Turned(const Angles& region, const Angles& anchor, RotationOrder order, W
     {
         return sum;
     }
-    const Eigen::Matrix3d turn = RotationOf(anchor, order);
-    const Eigen::Matrix3d own = RotationOf(region, order);
-    return AnglesOf(way == Way::Forth ? Eigen::Matrix3d(turn * own) : Eigen::Matrix3d(turn.transpose() * own));
+    const Eigen::Matrix3d own = RotationOf(region);
+    return AnglesOfTurn(way == Way::Forth ? Eigen::Matrix3d(turn * own) : Eigen::Matrix3d(turn.transpose() * own));
 }
 
-Eigen::Vector3d Moved(const Eigen::Vector3d& centre, const Anchor& anchor, RotationOrder order, Way way)
+Eigen::Vector3d Moved(const Eigen::Vector3d& centre, const Anchor& anchor, const Eigen::Matrix3d& turn, Way way)
 {
-    const Eigen::Matrix3d turn = RotationOf(CreateAnchorTransform(anchor, order));
     const Eigen::Vector3d shift(NullAsZero(anchor.x), NullAsZero(anchor.y), NullAsZero(anchor.z));
     return way == Way::Forth ? Eigen::Vector3d(turn * centre + shift)
                              : Eigen::Vector3d(turn.transpose() * (centre - shift));
@@ -102,20 +110,21 @@ Region3d<double> Shifted(const Anchor& anchor, const Region3d<double>& region, W
     return moved;
 }
 
-Region3d<double> Anchored(const Anchor& anchor, RotationOrder order, const Region3d<double>& region, Way way)
+Region3d<double> Anchored(const Anchor& anchor, const Region3d<double>& region, Way way)
 {
     if (IsNowhere(region))
     {
         return region;
     }
-    const Angles turn{NullAsZero(anchor.xAngle), NullAsZero(anchor.yAngle), NullAsZero(anchor.zAngle)};
-    if (turn == Angles{0.0, 0.0, 0.0})
+    const Angles angles = AnglesOf(anchor);
+    if (angles == Angles{0.0, 0.0, 0.0})
     {
         return Shifted(anchor, region, way);
     }
-    const Angles own{NullAsZero(region.xAngle), NullAsZero(region.yAngle), NullAsZero(region.zAngle)};
-    const Angles turned = Turned(own, turn, order, way);
-    const Eigen::Vector3d centre = Moved({region.x, region.y, region.z}, anchor, order, way);
+    const Angles own = AnglesOf(region);
+    const Eigen::Matrix3d turn = RotationOf(angles);
+    const Angles turned = Turned(own, angles, turn, way);
+    const Eigen::Vector3d centre = Moved({region.x, region.y, region.z}, anchor, turn, way);
     return {centre.x(),    centre.y(), centre.z(), region.width, region.length,
             region.height, turned[0],  turned[1],  turned[2]};
 }
@@ -123,30 +132,28 @@ Region3d<double> Anchored(const Anchor& anchor, RotationOrder order, const Regio
 
 RefFrame CreateAnchorTransform(const Anchor& anchor, RotationOrder /*order*/)
 {
-    // An angle about y is measured from x towards z, as in the plane of a profile: the left hand's sense.
-    RefFrame turn;
-    turn.RotateXYZ(anchor.xAngle, -NullAsZero(anchor.yAngle), anchor.zAngle);
-    zM3dTransform3d rows = turn.TozTransform();
+    zM3dTransform3d rows = TurnOf(AnglesOf(anchor));
     rows.xt = NullAsZero(anchor.x);
     rows.yt = NullAsZero(anchor.y);
     rows.zt = NullAsZero(anchor.z);
     return RefFrame(rows);
 }
 
-void AnchorRegion(const Anchor& anchor, RotationOrder order, const Region3d<double>& region, Region3d<double>* result)
+void AnchorRegion(const Anchor& anchor, RotationOrder /*order*/, const Region3d<double>& region,
+                  Region3d<double>* result)
 {
     if (result != nullptr)
     {
-        *result = Anchored(anchor, order, region, Way::Forth);
+        *result = Anchored(anchor, region, Way::Forth);
     }
 }
 
-void AnchorRegionInv(const Anchor& anchor, RotationOrder order, const Region3d<double>& region,
+void AnchorRegionInv(const Anchor& anchor, RotationOrder /*order*/, const Region3d<double>& region,
                      Region3d<double>* result)
 {
     if (result != nullptr)
     {
-        *result = Anchored(anchor, order, region, Way::Back);
+        *result = Anchored(anchor, region, Way::Back);
     }
 }
 } // namespace Mu::Vision

@@ -1,6 +1,6 @@
 #include <MuVision/RefFrame.h>
 
-#include <zVision/zDegrees.h>
+#include <MuVision/AxisTurns.h>
 
 #include <Eigen/Geometry>
 
@@ -50,6 +50,12 @@ Eigen::Matrix3d TurnAbout(double angle, const Point3d<double>& axis)
     return TurnAboutUnit(angle, scaled / std::sqrt(scaled.dot(scaled)));
 }
 
+Eigen::Matrix3d RotationOf(const zM3dTransform3d& t)
+{
+    auto entries = std::bit_cast<Entries>(t);
+    return Rows(entries.data()).leftCols<3>();
+}
+
 // `frame`, then `turn` around `point`.
 RefFrame Turned(const RefFrame& frame, const Eigen::Matrix3d& turn, const Eigen::Vector3d& point)
 {
@@ -95,10 +101,7 @@ RefFrame& RefFrame::Rotate(const Region3d<double>& region, bool toAxes)
 
 RefFrame& RefFrame::RotateXYZ(double x, double y, double z)
 {
-    const Eigen::Matrix3d turn = TurnAboutUnit(z, Eigen::Vector3d::UnitZ()) *
-                                 TurnAboutUnit(y, Eigen::Vector3d::UnitY()) *
-                                 TurnAboutUnit(x, Eigen::Vector3d::UnitX());
-    return *this = Turned(*this, turn, Eigen::Vector3d::Zero());
+    return *this = Turned(*this, RotationOf(TurnXYZ(x, y, z)), Eigen::Vector3d::Zero());
 }
 
 bool RefFrame::IsIdentity() const

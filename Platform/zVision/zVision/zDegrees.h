@@ -20,8 +20,10 @@ inline zDegreesTurn zDegrees_Turn(z64f degrees)
     {
         return {std::numeric_limits<z64f>::quiet_NaN(), std::numeric_limits<z64f>::quiet_NaN()};
     }
-    const z64f inCircle = std::remainder(degrees, 360.0);
-    const z64f quarters = std::nearbyint(inCircle / 90.0);
+    // The remainder and the rounding are slow, and change nothing of a small angle.
+    const z64f magnitude = std::abs(degrees);
+    const z64f inCircle = magnitude <= 180.0 ? degrees : std::remainder(degrees, 360.0);
+    const z64f quarters = magnitude <= 45.0 ? 0.0 : std::nearbyint(inCircle / 90.0);
     const z64f radians = (inCircle - quarters * 90.0) * (std::numbers::pi / 180.0);
     const z64f s = std::sin(radians);
     const z64f c = std::cos(radians);
