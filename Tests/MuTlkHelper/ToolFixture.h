@@ -188,8 +188,16 @@ public:
     using Base::RegisterAnchoredRegion;
     using Base::RemoveInput;
     using Base::SendAllNullOutputs;
+    using Base::SendArrayedFeatureCircles;
+    using Base::SendArrayedFeatureLines;
+    using Base::SendArrayedFeaturePlanes;
+    using Base::SendArrayedFeaturePoints;
     using Base::SendArrayedMeasurements;
     using Base::SendArrayedMeasurementsInPosition;
+    using Base::SendFeatureCircle;
+    using Base::SendFeatureLine;
+    using Base::SendFeaturePlane;
+    using Base::SendFeaturePoint;
     using Base::SendMeasurement;
     using Base::SendMeasurementAll;
     using Base::SendMeasurementInPosition;

@@ -2,11 +2,12 @@
 
 #include "Turns.h"
 
+#include <Support/Random.h>
+
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
-#include <random>
 #include <string>
 
 namespace
@@ -85,18 +86,10 @@ void ExpectCornersFollow(const Anchor& anchor, const Box& box)
     }
 }
 
-class Random
+class Random : public Support::Random
 {
 public:
-    explicit Random(unsigned seed)
-        : engine(seed)
-    {
-    }
-
-    double Between(double low, double high)
-    {
-        return std::uniform_real_distribution<double>(low, high)(engine);
-    }
+    using Support::Random::Random;
 
     Anchor NextAnchor()
     {
@@ -114,8 +107,6 @@ private:
     {
         return Between(-200, 200);
     }
-
-    std::mt19937_64 engine;
 };
 
 TEST(Anchored_region, has_its_corners_where_the_anchor_takes_them)

@@ -2,12 +2,13 @@
 
 #include "Turns.h"
 
+#include <Support/Random.h>
+
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
 #include <limits>
-#include <random>
 
 namespace
 {
@@ -84,26 +85,15 @@ TEST(RefFrame, gives_its_rows_out)
     EXPECT_EQ(rows.zx, 9);
 }
 
-class Random
+class Random : public Support::Random
 {
 public:
-    explicit Random(unsigned seed)
-        : engine(seed)
-    {
-    }
-
-    double Between(double low, double high)
-    {
-        return std::uniform_real_distribution<double>(low, high)(engine);
-    }
+    using Support::Random::Random;
 
     Point3d<double> Point(double reach)
     {
         return {Between(-reach, reach), Between(-reach, reach), Between(-reach, reach)};
     }
-
-private:
-    std::mt19937_64 engine;
 };
 
 zPoint3d64f Plain(const Point3d<double>& point)

@@ -113,6 +113,26 @@ public:
     /// @throws Ta::Exception as `SendMeasurement`
     void SendArrayedMeasurements(ToolOutputInfo* output, const std::vector<double>& values);
 
+    // Features: points, lines, planes and circles, in mm. One that is not valid goes out as a null message, without
+    // stamp; a point or direction is valid if no component is null, a NaN is not null. A disabled output sends nothing.
+    // `arrayed` adds it to the array begun on the output; `stamp` may be null.
+    // They throw Ta::Exception -984 if the output is not for such features, -999 if it is null, or a failing call's
+    // status.
+
+    void SendFeaturePoint(ToolOutputInfo* output, const zPoint3d64f& position, bool arrayed, const zStamp* stamp);
+
+    /// A line through `position`.
+    void SendFeatureLine(ToolOutputInfo* output, const zPoint3d64f& position, const zPoint3d64f& direction,
+                         bool arrayed, const zStamp* stamp);
+
+    /// The plane of the points p with normal . p = `originDistance`, which must not be null.
+    void SendFeaturePlane(ToolOutputInfo* output, const zPoint3d64f& normal, double originDistance, bool arrayed,
+                          const zStamp* stamp);
+
+    /// A circle around `position` in the plane with `normal`; its radius must be above 0.
+    void SendFeatureCircle(ToolOutputInfo* output, const zPoint3d64f& position, const zPoint3d64f& normal,
+                           double radius, bool arrayed, const zStamp* stamp);
+
 protected:
     /// Extra pixels around a region, for concrete tools.
     static constexpr int REGION_EXTRA_BORDER_PXL = 4;
@@ -177,6 +197,41 @@ protected:
     void SendArrayedMeasurementsInPosition(const char* id, const std::vector<double>& values,
                                            std::vector<zPoint3d64f>& positions);
 
+    // Features by id, and by index without stamp. They throw -999 if there is no output of that id, -997 for an index
+    // past the end, else as by pointer.
+
+    void SendFeaturePoint(const char* id, const zPoint3d64f& position, bool arrayed, const zStamp* stamp);
+    void SendFeatureLine(const char* id, const zPoint3d64f& position, const zPoint3d64f& direction, bool arrayed,
+                         const zStamp* stamp);
+    void SendFeatureLine(std::size_t index, const zPoint3d64f& position, const zPoint3d64f& direction, bool arrayed);
+    void SendFeaturePlane(const char* id, const zPoint3d64f& normal, double originDistance, bool arrayed,
+                          const zStamp* stamp);
+    void SendFeaturePlane(const char* id, const zPlane3d64f& plane, bool arrayed, const zStamp* stamp);
+    void SendFeaturePlane(std::size_t index, const zPlane3d64f& plane, bool arrayed);
+    void SendFeatureCircle(const char* id, const zPoint3d64f& position, const zPoint3d64f& normal, double radius,
+                           bool arrayed, const zStamp* stamp);
+    void SendFeatureCircle(std::size_t index, const zPoint3d64f& position, const zPoint3d64f& normal, double radius,
+                           bool arrayed);
+
+    // Features as one array; an empty one as a null handle. One that is not valid is a null message in the array. They
+    // throw Ta::Exception -999 if there is no such output, else as for single features; planes and circles -997 if the
+    // lists differ in length.
+
+    void SendArrayedFeaturePoints(ToolOutputInfo* output, const std::vector<zPoint3d64f>& positions);
+    void SendArrayedFeaturePoints(const char* id, const std::vector<zPoint3d64f>& positions);
+
+    /// As many lines as there are positions; one that lacks its direction is not valid.
+    void SendArrayedFeatureLines(const char* id, const std::vector<zPoint3d64f>& positions,
+                                 const std::vector<zPoint3d64f>& directions);
+
+    void SendArrayedFeaturePlanes(ToolOutputInfo* output, const std::vector<zPoint3d64f>& normals,
+                                  std::vector<double> distances);
+    void SendArrayedFeaturePlanes(const char* id, const std::vector<zPlane3d64f>& planes);
+    void SendArrayedFeatureCircles(ToolOutputInfo* output, const std::vector<zPoint3d64f>& positions,
+                                   const std::vector<zPoint3d64f>& normals, std::vector<double> radii);
+    void SendArrayedFeatureCircles(std::size_t index, const std::vector<zPoint3d64f>& positions,
+                                   const std::vector<zPoint3d64f>& normals, std::vector<double> radii);
+
     /// Sends one value on every enabled measurement output, without decision.
     void SendMeasurementAll(double value);
 
@@ -224,6 +279,12 @@ private:
     void CheckOutputFormat(const ToolOutputInfo* output, PipeDataFormat format, bool ignoreType);
     Ta::Object<void*> MeasurementOf(const Ta::Place& place, double value);
     void Deliver(ToolOutputInfo& output, Ta::Object<void*> message, bool arrayed);
+
+    /// Sends a feature as `request` asks: made by `construct` and `setters`, in order, or a null message if it is not
+    /// valid.
+    struct FeatureRequest;
+    template <typename... Setters>
+    void SendFeature(const FeatureRequest& request, const Setters&... setters);
 
     /// Sends `count` messages as one array, each by `sendItem(index)`, which adds it to the array.
     template <typename SendItem>
