@@ -1,6 +1,7 @@
 #include "ToolFixture.h"
 
 #include <Support/FaultWalk.h>
+#include <Support/IgnoredStatuses.h>
 
 #include <array>
 #include <set>
@@ -13,13 +14,6 @@ constexpr zStatus INJECTED = -4242;
 constexpr double NULL_VALUE = -1.7976931348623157e308;
 constexpr zStamp STAMP{1, 2, 3, 4};
 
-// The statuses that are dropped on purpose: who drops which operation's, and why. Everything else must be raised.
-struct Ignored
-{
-    const char* operation;
-    const char* reason;
-};
-
 constexpr std::array<Ignored, 5> IGNORED = {{
     {"xzObject_DestroyImpl", "a handle that ends releases all the same; its destructor must not throw"},
     {"zAlloc_Free", "the memory is freed all the same"},
@@ -27,11 +21,6 @@ constexpr std::array<Ignored, 5> IGNORED = {{
     {"zMsgSet_SetStampAt", "SendMeasurement, by way of TvMeasureMsg_SetStampAt"},
     {"TvDataMsg_SetStamp", "the sends of features: a feature is worth more than its stamp"},
 }};
-
-bool IsIgnored(const std::string& operation)
-{
-    return std::any_of(IGNORED.begin(), IGNORED.end(), [&](const Ignored& i) { return operation == i.operation; });
-}
 
 struct SendCase
 {
@@ -281,7 +270,7 @@ TEST_F(Sends, raise_the_status_of_every_failing_base_call)
             }
             else
             {
-                EXPECT_TRUE(IsIgnored(operation)) << "dropped a status";
+                EXPECT_TRUE(IsIgnored(IGNORED, operation)) << "dropped a status";
                 EXPECT_TRUE(!isStamp || c.mayIgnoreStamp) << "dropped the status of a stamp";
             }
             EXPECT_FALSE(Send(c).raised) << "the tool is not usable after the failure";
@@ -346,7 +335,7 @@ TEST_F(Sends, of_null_outputs_raise_the_status_of_every_failing_base_call)
         SCOPED_TRACE(operation);
         met.insert(operation);
         EXPECT_EQ(alloc.LiveBlocks(), 0U);
-        EXPECT_EQ(outcome.raised, !IsIgnored(operation));
+        EXPECT_EQ(outcome.raised, !IsIgnored(IGNORED, operation));
         if (outcome.raised)
         {
             EXPECT_EQ(outcome.status, INJECTED);

@@ -173,6 +173,7 @@ public:
 
     using Base::AddAnchorInputs;
     using Base::AddInput;
+    using Base::AddRenderingOutput;
     using Base::AllAnchorsInactive;
     using Base::BeginSendArray;
     using Base::CreateMeasurementMessage;
@@ -187,6 +188,8 @@ public:
     using Base::RegisterAction;
     using Base::RegisterAnchoredRegion;
     using Base::RemoveInput;
+    using Base::RenderArrayedGraphics;
+    using Base::RenderGraphics;
     using Base::SendAllNullOutputs;
     using Base::SendArrayedFeatureCircles;
     using Base::SendArrayedFeatureLines;

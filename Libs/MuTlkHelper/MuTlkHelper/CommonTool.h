@@ -132,6 +132,16 @@ public:
     /// A circle around `position` in the plane with `normal`; its radius must be above 0.
     void SendFeatureCircle(ToolOutputInfo* output, const zPoint3d64f& position, const zPoint3d64f& normal,
                            double radius, bool arrayed, const zStamp* stamp);
+    /// Sends a graphic (`TpGraphic`), of which the caller keeps its reference; a null one goes out as a null message. A
+    /// disabled output sends nothing.
+    /// @param spaceType  the space of its coordinates, passed on to the host
+    /// @param arrayed    adds it to the array begun on the output
+    /// @throws Ta::Exception -984 if the output is not for graphics, -999 if it is null, or a failing call's status
+    void RenderGraphics(ToolOutputInfo* output, void* graphic, z8u spaceType, bool arrayed);
+
+    /// Sends graphics as one array, null handles in it as null messages; an empty array as a null handle.
+    /// @throws Ta::Exception as `RenderGraphics`
+    void RenderArrayedGraphics(ToolOutputInfo* output, const std::vector<Ta::Object<void*>>& graphics, z8u spaceType);
 
 protected:
     /// Extra pixels around a region, for concrete tools.
@@ -244,6 +254,13 @@ protected:
 
     /// Sends a text with its terminator as a generic message.
     void SendString(std::size_t index, char* text);
+
+    /// Adds an output for graphics at the end; `isArray` says whether they come in arrays.
+    ToolOutputInfo& AddRenderingOutput(const char* id, bool isArray);
+
+    /// By id. @throws Ta::Exception -999 if there is no such output, else as by pointer
+    void RenderGraphics(const char* id, void* graphic, z8u spaceType, bool arrayed);
+    void RenderArrayedGraphics(const char* id, const std::vector<Ta::Object<void*>>& graphics, z8u spaceType);
 
 private:
     friend struct CommonToolTestAccess;

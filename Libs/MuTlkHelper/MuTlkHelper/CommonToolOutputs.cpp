@@ -22,6 +22,7 @@ namespace
 // What every send passes to the host: the message is complete.
 constexpr int SEND_KIND = 1;
 constexpr TaPipe::PipeDataFormat MEASUREMENT_FORMAT{TaPipe::PipeDataType::Measurement, false};
+constexpr TaPipe::PipeDataFormat RENDERING_FORMAT{TaPipe::PipeDataType::Rendering, false};
 constexpr zPoint3d64f NULL_POINT{zNULL_64F, zNULL_64F, zNULL_64F};
 
 template <typename Output>
@@ -30,6 +31,15 @@ Output& Required(const Ta::Place& place, Output* output)
     if (output == nullptr)
     {
         Ta::Raise(place, zERROR_MISSING);
+    }
+    return *output;
+}
+
+TaPipe::ToolOutputInfo& RequiredRendering(const Ta::Place& place, TaPipe::ToolOutputInfo* output, const char* id)
+{
+    if (output == nullptr)
+    {
+        MU_FAIL_AT(place, zERROR_MISSING, "Missing graphic id: %s", id == nullptr ? "(null)" : id);
     }
     return *output;
 }
@@ -498,5 +508,58 @@ void CommonTool::SendString(std::size_t index, char* text)
     MU_CHECK(TvGenericMsg_Construct(message.Out(), 0, zStrLength(text) + 1, toolAlloc));
     MU_CHECK(TvGenericMsg_SetBuffer(message.Get(), text));
     Send(output, std::move(message), SEND_KIND);
+}
+
+TaPipe::ToolOutputInfo& CommonTool::AddRenderingOutput(const char* id, bool isArray)
+{
+    ToolOutputInfo& output = AddOutput(id, AT_END);
+    output.SetDataFormat(PipeDataType::Rendering, isArray);
+    SetOutputVisiblity(&output, OutputVisibility::Rendering);
+    outputsById[id] = &output;
+    return output;
+}
+
+void CommonTool::RenderGraphics(ToolOutputInfo* output, void* graphic, z8u spaceType, bool arrayed)
+{
+    ToolOutputInfo& known = Required(MU_HERE, output);
+    // Required: the format is checked before the output is found disabled.
+    CheckOutputFormat(&known, RENDERING_FORMAT, false);
+    if (!known.IsEnabled())
+    {
+        return;
+    }
+    Ta::Object<void*> message;
+    if (graphic == nullptr)
+    {
+        MU_CHECK(TvNullMsg_Construct(message.Out(), 0, toolAlloc));
+    }
+    else
+    {
+        MU_CHECK(TvRenderingMsg_Construct(message.Out(), toolAlloc));
+        Ta::Object<void*> shared;
+        shared.Reset(graphic, true);
+        MU_CHECK(TvRenderingMsg_SetRendering(message.Get(), shared.Get()));
+        static_cast<void>(shared.Detach()); // the message holds this reference now
+        MU_CHECK(TvDataMsg_SetSpaceType(message.Get(), spaceType));
+    }
+    Deliver(known, std::move(message), arrayed);
+}
+
+void CommonTool::RenderGraphics(const char* id, void* graphic, z8u spaceType, bool arrayed)
+{
+    RenderGraphics(&RequiredRendering(MU_HERE, FindOutputById(id), id), graphic, spaceType, arrayed);
+}
+
+void CommonTool::RenderArrayedGraphics(ToolOutputInfo* output, const std::vector<Ta::Object<void*>>& graphics,
+                                       z8u spaceType)
+{
+    ToolOutputInfo& known = RequiredRendering(MU_HERE, output, nullptr);
+    SendAsArray(known, graphics.size(),
+                [&](std::size_t i) { RenderGraphics(&known, graphics[i].Get(), spaceType, true); });
+}
+
+void CommonTool::RenderArrayedGraphics(const char* id, const std::vector<Ta::Object<void*>>& graphics, z8u spaceType)
+{
+    RenderArrayedGraphics(&RequiredRendering(MU_HERE, FindOutputById(id), id), graphics, spaceType);
 }
 } // namespace Mu::Tools
