@@ -3,7 +3,13 @@
 #include <MuTlkHelper/Export.h>
 
 #include <MuVision/Regions.h>
+#include <TaApi/Object.h>
 #include <TaApi/ParamsRegions.h>
+#include <zApi/zTypes.h>
+#include <zVision/zM3dTransform3d.h>
+
+#include <cstddef>
+#include <cstdint>
 
 namespace Mu::TlkHelper
 {
@@ -33,4 +39,169 @@ namespace Mu::TlkHelper
 [[nodiscard]] MU_TLK_EXPORT Mu::Vision::Region2d<double> GetSurfaceRegion(const Ta::Params::SurfaceRegion2d& region);
 [[nodiscard]] MU_TLK_EXPORT Mu::Vision::Region3d<double> GetSurfaceRegion(const Ta::Params::SurfaceRegion3d& region);
 [[nodiscard]] MU_TLK_EXPORT Mu::Vision::Region3d<double> GetBoxRegion(const Ta::Params::BoxRegion& region);
+
+// One pixel of a surface. A position is a column `x` and a row `y` (a point's `column` and `row`); heights are in mm, a
+// null pixel has the height NULL64F.
+
+/// What is asked of a surface message again and again. Filled by `SetInputData` only; later changes of the message do
+/// not show in it.
+struct InputData
+{
+    std::int32_t width;  ///< columns
+    std::int32_t length; ///< rows
+    zPoint3d64f offset;
+    zPoint3d64f scale;
+    std::int32_t hasIntensity; ///< not 0 if there are intensities
+    Ta::Object<void*> surface; ///< the message, shared
+};
+
+/// A point of a surface.
+struct TlkSurfaceGeneralizedPoint
+{
+    double x;
+    double y;
+    std::int32_t column;
+    std::int32_t row;
+};
+
+/// A point of a surface with its height.
+struct TlkSurfaceGeneralized3dPoint
+{
+    double x;
+    double y;
+    double z; ///< NULL64F for a null pixel
+    std::int32_t column;
+    std::int32_t row;
+    std::int32_t height;    ///< the pixel, -32768 if it is null
+    std::uint8_t intensity; ///< 0 if there is none or the pixel is null
+};
+
+static_assert(sizeof(TlkSurfaceGeneralized3dPoint) == 40, "arrays of these points are read by that stride");
+
+/// Shares `message`, a surface, in `*data` and copies its facts; the former message is released.
+/// @throws Ta::Exception -997 if `data` is null, or the status of a failing share or release
+MU_TLK_EXPORT void SetInputData(void* message, InputData* data);
+
+[[nodiscard]] MU_TLK_EXPORT bool IsPixelPositionInvalid(const InputData& data, int x, int y);
+
+/// The height pixel, of an unresampled surface the z of its triple.
+/// @throws Ta::Exception -999 outside the surface, -984 for points of another type
+[[nodiscard]] MU_TLK_EXPORT short GetSurfaceHeightPixel(const InputData& data, int x, int y);
+
+/// The height in mm.
+/// @throws Ta::Exception as `GetSurfaceHeightPixel`
+[[nodiscard]] MU_TLK_EXPORT double GetSurfaceHeight(const InputData& data, int x, int y);
+
+/// The first intensity of a row, null if there are none. It belongs to the message.
+/// @throws Ta::Exception -999 outside the surface
+[[nodiscard]] MU_TLK_EXPORT unsigned char* GetSurfaceIntensityBasePtr(const InputData& data, int y);
+
+/// The intensity of a pixel, null if there is none. It belongs to the message.
+/// @throws Ta::Exception -999 outside the surface
+[[nodiscard]] MU_TLK_EXPORT unsigned char* GetSurfaceIntensityPtr(const InputData& data, int x, int y);
+
+/// The intensity of a pixel, 0 if there is none.
+/// @throws Ta::Exception -999 outside the surface
+[[nodiscard]] MU_TLK_EXPORT unsigned char GetSurfaceIntensity(const InputData& data, int x, int y);
+
+/// Looks at the pixel onto which `transform` takes the place of (`column`, `row`) at height 0. `*point` gets the x and
+/// y of that place and the height of the pixel there, `*heightPixel` and `*intensity` what stands in it; each may be
+/// null. A transform with a null among its entries counts as none.
+///
+/// A place outside the surface raises status 0 after the outputs are written: -32768, 0, and the place, with the z that
+/// the transform gave (null without one), or three nulls if `nullOutside` is not 0. Note that `row` comes before
+/// `column`.
+/// @throws Ta::Exception 0 outside the surface, else as `GetSurfaceHeightPixel` or the status of a failing transform
+MU_TLK_EXPORT void GetTransformedPointFromPixel(const InputData& data, const zM3dTransform3d& transform, int row,
+                                                int column, zPoint3d64f* point, short* heightPixel,
+                                                unsigned char* intensity, int nullOutside);
+
+/// Makes `*out` of the pixel of `in` in a surface of height pixels, corrected as by `RefCorrectPoint` unless it is
+/// null.
+/// @throws Ta::Exception -984 if the points are not 16-bit heights, -999 outside the surface
+MU_TLK_EXPORT void RefRegionCorrectPoint(const InputData& data, const zPlane3d64f& plane,
+                                         const TlkSurfaceGeneralizedPoint& in, TlkSurfaceGeneralized3dPoint* out);
+
+/// Sets `z` to the distance of the point from `plane` along its normal, in units of the normal's length, and `height`
+/// to the pixel of that height.
+MU_TLK_EXPORT void RefCorrectPoint(const InputData& data, const zPlane3d64f& plane,
+                                   TlkSurfaceGeneralized3dPoint* point);
+
+/// The sizes of a filter, in mm, as odd numbers of pixels, rounded and then down: at least 1.
+MU_TLK_EXPORT void ConvertKernelSizeMmToPixel(double width, double length, const zPoint3d64f& scale, int* outWidth,
+                                              int* outLength);
+
+// The points of a message, whole or within a region, as lists and arrays.
+//
+// Points are `zPoint3d64f` of a surface and `zPoint64f` (x, z) of a profile, in mm, row by row. Null elements give no
+// point, nothing found is no error. Intensities are `z8u`, in step with the points. A list that is kept is appended to.
+// A region's bounds count as inside unless said otherwise.
+//
+// All raise Ta::Exception: -997 for a null message or a null pointer to a result, and for a message whose points (or
+// 16-bit intensities) they do not take; -984 for a list of another type where it is not made anew; else the status of a
+// failing call. What was added until then stays.
+
+/// Every pixel of a resampled surface. A list is made if there is none; one of another type raises -984.
+MU_TLK_EXPORT void GetAllPoints(void* message, void** list);
+
+/// A `zArray1` of `zPoint3d32f` for every element of a surface; null elements get three NaN. `out` is to be empty: what
+/// it holds is not released.
+MU_TLK_EXPORT void GetAllPointsPcd(void* message, Ta::Object<void*>& out, void* alloc = nullptr);
+
+/// Every point of a profile. A list is made if there is none; one of another type raises -984.
+MU_TLK_EXPORT void GetAllProfilePoints(void* message, void** list, void* alloc = nullptr);
+
+/// The same with intensities: both lists are made anew. Without intensities it is `GetAllProfilePoints`, and
+/// `*intensity` becomes null without being released.
+MU_TLK_EXPORT void GetAllProfilePointsAndIntensity(void* message, void** list, void** intensity, void* alloc = nullptr);
+
+/// Stores a copy of a profile's points in `*array` in which those outside `region` are null; its angle plays no part.
+/// What `*array` held is not released. A profile without points gives null.
+MU_TLK_EXPORT void GetPointArrayFromRegionXZ(void* message, const Mu::Vision::RegionXZ<double>& region, void** array,
+                                             void* alloc = nullptr);
+
+/// The same with a copy of the intensities, 0 where a point became null. Without intensities it is
+/// `GetPointArrayFromRegionXZ`, and `*intensity` becomes null without being released.
+MU_TLK_EXPORT void GetPointAndIntensityArrayFromRegionXZ(void* message, const Mu::Vision::RegionXZ<double>& region,
+                                                         void** array, void** intensity, void* alloc = nullptr);
+
+/// The points of a profile in `region`, whose angle plays no part. A list of another type is made anew. The upper
+/// bound in z of a resampled profile does not count as inside.
+MU_TLK_EXPORT void GetPointsFromRegionXZ(void* message, const Mu::Vision::RegionXZ<double>& region, void** list,
+                                         void* alloc = nullptr);
+
+/// The points of a profile in `region` with their intensities: both lists are made anew, and the upper bound in z
+/// counts as inside. Without intensities it is `GetPointsFromRegionXZ`, and `*intensity` becomes null without being
+/// released.
+MU_TLK_EXPORT void GetPointsAndIntensitiesFromRegionXZ(void* message, const Mu::Vision::RegionXZ<double>& region,
+                                                       void** list, void** intensity, void* alloc = nullptr);
+
+/// The points of a surface in `region`, turned by its `zAngle`; the other angles play no part. A list of another type
+/// is made anew.
+MU_TLK_EXPORT void GetPointsFromRegion(void* message, const Mu::Vision::Region3d<double>& region, void** list,
+                                       void* alloc = nullptr);
+
+/// The intensities of a surface in `region`, whose angles play no part. A list of another type is made anew. A surface
+/// without intensities leaves the list as it is. The rows of a resampled one are those of
+/// `GetIntensitiesFromRegionResampled`.
+MU_TLK_EXPORT void GetIntensitiesFromRegion(void* message, const Mu::Vision::Region3d<double>& region, void** list,
+                                            void* alloc = nullptr);
+
+/// Adds to a `z8u` list that is there already; another type raises -984. From the first row of `region` on as many rows
+/// are read as it is height pixels high, as far as the surface has them; its length plays no part.
+MU_TLK_EXPORT void GetIntensitiesFromRegionResampled(void* message, const Mu::Vision::Region3d<double>& region,
+                                                     void** list);
+
+/// The points of a profile in any of `count` regions, once each; angles play no part, and no upper bound counts as
+/// inside. A list is made if there is none, with room for every point, else its type is not looked at; items of another
+/// size raise -984 as soon as there is a point to add.
+MU_TLK_EXPORT void GetProfilePointsFromRegions(void* message, const Mu::Vision::RegionXZ<double>* regions,
+                                               std::size_t count, void** list, void* alloc = nullptr);
+
+/// The points of a profile in any of `count` regions, once each, the i-th turned by `angles[i]` degrees. Lists as in
+/// `GetProfilePointsFromRegions`, but made without room. The points of a resampled profile are numbered in 16 bits:
+/// behind 32767 comes -32768.
+MU_TLK_EXPORT void GetProfilePointsFromRegionsWithAngle(void* message, Mu::Vision::RegionXZ<double>* regions,
+                                                        double* angles, std::size_t count, void** list,
+                                                        void* alloc = nullptr);
 } // namespace Mu::TlkHelper

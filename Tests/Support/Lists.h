@@ -1,0 +1,68 @@
+#pragma once
+
+#include <TaApi/Object.h>
+#include <zApi/zArray1.h>
+#include <zApi/zArrayList.h>
+
+#include <cstddef>
+#include <vector>
+
+namespace Support
+{
+/// An output of the library that a test owns: the `void**` that members take, released at the end.
+class Handle
+{
+public:
+    Handle() = default;
+
+    explicit Handle(void* newObject)
+        : object(newObject)
+    {
+    }
+
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    ~Handle()
+    {
+        static_cast<void>(xzObject_DestroyImpl(object));
+    }
+
+    [[nodiscard]] void** Out()
+    {
+        return &object;
+    }
+
+    [[nodiscard]] void* Get() const
+    {
+        return object;
+    }
+
+private:
+    void* object = nullptr;
+};
+
+/// A new list, which the caller owns.
+inline void* NewList(zType itemType, std::size_t capacity = 0, zAlloc alloc = nullptr)
+{
+    void* list = nullptr;
+    MU_CHECK(zArrayList_Construct(&list, itemType, capacity, alloc));
+    return list;
+}
+
+/// The items of a list of `Item`.
+template <typename Item>
+std::vector<Item> ItemsOf(void* list)
+{
+    const auto* const items = static_cast<const Item*>(zArrayList_Items(list));
+    return {items, items + zArrayList_Count(list)};
+}
+
+/// The items of a `zArray1` of `Item`.
+template <typename Item>
+std::vector<Item> ItemsOfArray(void* array)
+{
+    const auto* const items = static_cast<const Item*>(zArray1_Items(array));
+    return {items, items + zArray1_Length(array)};
+}
+} // namespace Support
