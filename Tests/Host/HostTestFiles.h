@@ -5,6 +5,7 @@
 #include <Host/Job.h>
 #include <Host/RunResult.h>
 #include <Host/ToolRegistry.h>
+#include <Host/ToolRunner.h>
 
 #include <nlohmann/json.hpp>
 
@@ -53,6 +54,20 @@ inline std::filesystem::path WriteSmallScan(const std::filesystem::path& file, s
 {
     WriteBytes(file.string() + ".json", R"({"spacing": [1, 1, 1], "invalid": 0})");
     return WriteTiff(file, 2, heights);
+}
+
+/// What a tool with these parameters makes of one message on its input "Surface".
+inline std::vector<Result> MeasureSurface(const ToolRegistry& registry, std::string_view type,
+                                          const nlohmann::json& parameters, const Ta::Object<void*>& surface)
+{
+    const JobPlace place{"job.json", "tools[0]"};
+    ToolRunner runner{*registry.Find(type), "measured", place};
+    runner.Restore(parameters);
+    runner.Route("Surface", "scan", place);
+    runner.Start();
+    auto results = runner.Execute({{"Surface", {surface}}});
+    runner.Stop();
+    return results;
 }
 
 /// The result of an output, and of an entry of an array. A failure of the test if there is none.

@@ -207,4 +207,64 @@ TEST_F(SurfaceHeight, of_the_plate_is_what_its_publishers_tell)
     // 1 024 099 of 1319 x 2101 samples are invalid.
     EXPECT_DOUBLE_EQ(ValueOf(results, "ValidShare"), 100 * (1319.0 * 2101 - 1024099) / (1319.0 * 2101));
 }
+
+nlohmann::json InRegion(nlohmann::json box)
+{
+    box.update({{"z", 0}, {"height", 1000}});
+    return {{"UseRegion", true}, {"Region", box}};
+}
+
+TEST_F(SurfaceHeight, of_a_region_leaves_out_what_lies_outside)
+{
+    // Columns 1 and 2 of rows 0 and 1: 4, invalid, 12, 20 at 5 + z / 2, that is 7, 11, 15. Mean 11; squares 16 + 0
+    // + 16.
+    const auto surface = Support::Surface({{900, 4, NullPixel, 900}, {900, 12, 20, 900}, {900, 900, 900, 900}})
+                             .Offset(0, 0, 5)
+                             .Scale(1, 1, 0.5);
+    const auto values = InRegion({{"x", 1.5}, {"y", 0.5}, {"width", 1.5}, {"length", 1.5}});
+    const auto results = MeasureSurface(registry, "SurfaceHeight", values, surface);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Minimum"), 7);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Maximum"), 15);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Mean"), 11);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "PeakToValley"), 8);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Rms"), std::sqrt(32.0 / 3));
+    EXPECT_DOUBLE_EQ(ValueOf(results, "ValidShare"), 75);
+}
+
+TEST_F(SurfaceHeight, of_a_turned_region_counts_the_samples_under_it)
+{
+    // A square of 3 by 3 at (3, 3), turned by 45 degrees, reaches 2.12 along the axes: the samples with
+    // |dx| + |dy| <= 2.12, that is 1 + 4 + 8 = 13 of them, one of which is invalid.
+    std::vector<std::vector<z16s>> rows(7, std::vector<z16s>(7, 10));
+    rows[3][1] = NullPixel;
+    rows[1][1] = 500;
+    const auto values = InRegion({{"x", 3}, {"y", 3}, {"width", 3}, {"length", 3}, {"zAngle", 45}});
+    const auto results = MeasureSurface(registry, "SurfaceHeight", values, Support::Surface(rows));
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Maximum"), 10);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "ValidShare"), 100 * 12 / 13.0);
+}
+
+TEST_F(SurfaceHeight, of_a_region_of_points_cannot_tell_the_share)
+{
+    const auto surface = Support::PointSurface({{{1, 1, 7}, {9, 9, 99}, {NullPixel, NullPixel, NullPixel}}});
+    const auto values = InRegion({{"x", 1}, {"y", 1}, {"width", 2}, {"length", 2}});
+    const auto results = MeasureSurface(registry, "SurfaceHeight", values, surface);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Mean"), 7);
+    EXPECT_EQ(ResultOf(results, "ValidShare").state, ResultState::Null);
+}
+
+TEST_F(SurfaceHeight, of_a_region_without_heights_is_null_and_the_share_is_0)
+{
+    const auto values = InRegion({{"x", 100}, {"y", 1}, {"width", 2}, {"length", 2}});
+    const auto results = MeasureSurface(registry, "SurfaceHeight", values, Support::Surface({{1, 2}}));
+    EXPECT_EQ(ResultOf(results, "Mean").state, ResultState::Null);
+    EXPECT_EQ(ValueOf(results, "ValidShare"), 0);
+}
+
+TEST_F(SurfaceHeight, of_a_flat_surface_needs_no_region)
+{
+    const auto flat = Support::Surface({{5, 5}}).BoundingBox({0.5, 0, 5, 1, 0, 0});
+    const auto results = MeasureSurface(registry, "SurfaceHeight", nlohmann::json::object(), flat);
+    EXPECT_DOUBLE_EQ(ValueOf(results, "Mean"), 5);
+}
 } // namespace

@@ -1,5 +1,9 @@
+#include "../RegionPoints.h"
+
+#include <MuTlkHelper/AnchoredRegion.h>
 #include <MuTlkHelper/CommonTool.h>
 
+#include <MuVision/RegionPixel.h>
 #include <TaPipe/ToolPlugin.h>
 #include <TaVision/TvSurfaceMsg.h>
 
@@ -96,8 +100,78 @@ Heights ToWorld(const HeightSums& sums, double offset, double scale)
             std::abs(scale) * (static_cast<double>(sums.highest) - sums.lowest), std::abs(scale) * RmsAboutMean(sums)};
 }
 
-/// Heights over a whole surface: lowest, highest, mean, their span, the root mean square about the mean, and the share
-/// of points that have a height. Without any the heights are null and the share is 0.
+/// The same of points in mm. The sums are of differences from the first height, so that they keep their digits.
+Heights HeightsOf(std::span<const zPoint3d64f> points)
+{
+    if (points.empty())
+    {
+        return {};
+    }
+    const auto [lowest, highest] = std::ranges::minmax(points, {}, &zPoint3d64f::z);
+    const auto count = static_cast<double>(points.size());
+    double sum = 0;
+    for (const zPoint3d64f& point : points)
+    {
+        sum += point.z - points.front().z;
+    }
+    const double mean = points.front().z + sum / count;
+    double sumOfSquares = 0;
+    for (const zPoint3d64f& point : points)
+    {
+        sumOfSquares += (point.z - mean) * (point.z - mean);
+    }
+    return {lowest.z, highest.z, mean, highest.z - lowest.z, std::sqrt(sumOfSquares / count)};
+}
+
+/// The samples of a grid in the box of a region seen from above.
+Mu::Vision::Rect2d<int> PixelsOf(void* surface, const Mu::Vision::Region2d<double>& region)
+{
+    const zPoint3d64f offset = TvSurfaceMsg_Offset(surface);
+    const zPoint3d64f scale = TvSurfaceMsg_Scale(surface);
+    Mu::Vision::Rect2d<int> pixels;
+    Mu::Vision::GetRegionPixel(TvSurfaceMsg_Width(surface), TvSurfaceMsg_Length(surface), {offset.x, offset.y},
+                               {scale.x, scale.y}, &region, &pixels, nullptr, 1, 1);
+    return pixels;
+}
+
+/// How many samples of a grid lie in the region as seen from above. Those of a turned region lie within its diagonal,
+/// and each is turned back to be looked at.
+double PlacesIn(void* surface, const Mu::Vision::Region3d<double>& region)
+{
+    if (region.zAngle == 0)
+    {
+        const auto pixels = PixelsOf(surface, {region.x, region.y, region.width, region.length, 0});
+        return static_cast<double>(pixels.width) * pixels.height;
+    }
+    const double diagonal = std::hypot(region.width, region.length);
+    const auto pixels = PixelsOf(surface, {region.x, region.y, diagonal, diagonal, 0});
+    const zPoint3d64f offset = TvSurfaceMsg_Offset(surface);
+    const zPoint3d64f scale = TvSurfaceMsg_Scale(surface);
+    Mu::Vision::RefFrame frame;
+    frame.Rotate(region, true);
+    double count = 0;
+    for (int row = pixels.y; row < pixels.y + pixels.height; ++row)
+    {
+        for (int column = pixels.x; column < pixels.x + pixels.width; ++column)
+        {
+            const zPoint3d64f place =
+                frame.Apply(zPoint3d64f{column * scale.x + offset.x, row * scale.y + offset.y, 0});
+            const bool inside =
+                std::abs(place.x - region.x) <= region.width / 2 && std::abs(place.y - region.y) <= region.length / 2;
+            count += inside ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+double Share(double part, double whole)
+{
+    return whole > 0 ? 100 * part / whole : 0;
+}
+
+/// Heights of a surface, or of a region of it: lowest, highest, mean, their span, the root mean square about the mean,
+/// and the share of the samples that have a height there. Without any height the heights are null and the share is 0.
+/// In a region of points that carry their own place there is no telling how many are missing: the share is null.
 class SurfaceHeight final : public Mu::Tools::CommonTool
 {
 public:
@@ -110,7 +184,7 @@ public:
     {
         CommonTool::Describe(info);
         info.SetDisplayName("Surface Height");
-        info.SetDescription("Heights of a surface: extremes, mean and roughness");
+        info.SetDescription("Heights of a surface or a region of it: extremes, mean and roughness");
     }
 
     using CommonTool::Init;
@@ -120,30 +194,45 @@ public:
         AddInput(SURFACE, AT_END)
             .AddAcceptedDataFormat(PipeDataType::UniformSurface, false)
             .AddAcceptedDataFormat(PipeDataType::PointSurface, false);
+        AddAnchorInputs(Mu::TlkHelper::AnchorType::Surface, true);
         AddMeasurement("Minimum", "Minimum", "mm");
         AddMeasurement("Maximum", "Maximum", "mm");
         AddMeasurement("Mean", "Mean", "mm");
         AddMeasurement("PeakToValley", "Peak to Valley", "mm");
         AddMeasurement("Rms", "RMS about the Mean", "mm");
         AddMeasurement("ValidShare", "Share of Valid Points", "%");
+        params.Register("Use Region", "UseRegion", useRegion);
+        params.Register("Region", "Region", region);
+        RegisterAnchoredRegion(&region);
         CommonTool::Init(host, params);
+    }
+
+    void UpdateConfig() override
+    {
+        region.SetRegionUsed(useRegion);
+    }
+
+    void InitializeRegions() override
+    {
+        // A surface without any height span has no place for a region, and need not have one.
+        if (useRegion)
+        {
+            CommonTool::InitializeRegions();
+        }
     }
 
     void Execute(InputSet& set) override
     {
         void* const surface = GetDataMessageInput(set, SURFACE);
-        const std::size_t count = TvSurfaceMsg_Width(surface) * TvSurfaceMsg_Length(surface);
-        const HeightSums sums = SumUp(surface, count);
-        const Heights heights = ToWorld(sums, TvSurfaceMsg_Offset(surface).z, TvSurfaceMsg_Scale(surface).z);
         const zStamp stamp = TvDataMsg_Stamp(surface);
-        SendMeasurement("Minimum", heights.minimum, false, &stamp);
-        SendMeasurement("Maximum", heights.maximum, false, &stamp);
-        SendMeasurement("Mean", heights.mean, false, &stamp);
-        SendMeasurement("PeakToValley", heights.peakToValley, false, &stamp);
-        SendMeasurement("Rms", heights.rms, false, &stamp);
-        SendMeasurement("ValidShare",
-                        count == 0 ? 0 : 100 * static_cast<double>(sums.count) / static_cast<double>(count), false,
-                        &stamp);
+        if (useRegion)
+        {
+            MeasureRegion(surface, stamp);
+        }
+        else
+        {
+            MeasureWhole(surface, stamp);
+        }
     }
 
 private:
@@ -152,6 +241,36 @@ private:
         AddMeasurementOutput(id, false, AT_END).SetDisplayName(displayName).SetUnits(units);
     }
 
+    void MeasureWhole(void* surface, const zStamp& stamp)
+    {
+        const std::size_t count = TvSurfaceMsg_Width(surface) * TvSurfaceMsg_Length(surface);
+        const HeightSums sums = SumUp(surface, count);
+        SendHeights(ToWorld(sums, TvSurfaceMsg_Offset(surface).z, TvSurfaceMsg_Scale(surface).z),
+                    Share(static_cast<double>(sums.count), static_cast<double>(count)), stamp);
+    }
+
+    void MeasureRegion(void* surface, const zStamp& stamp)
+    {
+        const auto points = regionPoints.Read(surface, region.AbsoluteRegion(), toolAlloc);
+        const double share = TvSurfaceMsg_IsResampled(surface)
+                                 ? Share(static_cast<double>(points.size()), PlacesIn(surface, region.AbsoluteRegion()))
+                                 : zNULL_64F;
+        SendHeights(HeightsOf(points), share, stamp);
+    }
+
+    void SendHeights(const Heights& heights, double validShare, const zStamp& stamp)
+    {
+        SendMeasurement("Minimum", heights.minimum, false, &stamp);
+        SendMeasurement("Maximum", heights.maximum, false, &stamp);
+        SendMeasurement("Mean", heights.mean, false, &stamp);
+        SendMeasurement("PeakToValley", heights.peakToValley, false, &stamp);
+        SendMeasurement("Rms", heights.rms, false, &stamp);
+        SendMeasurement("ValidShare", validShare, false, &stamp);
+    }
+
+    RegionPoints regionPoints;
+    Ta::Params::Value<bool> useRegion{false};
+    Mu::TlkHelper::AnchoredSurfaceRegion region{true};
     Ta::Params::Group params;
 };
 } // namespace

@@ -21,6 +21,7 @@ namespace
 {
 // What every send passes to the host: the message is complete.
 constexpr int SEND_KIND = 1;
+constexpr std::size_t AT_END = static_cast<std::size_t>(-1);
 constexpr TaPipe::PipeDataFormat MEASUREMENT_FORMAT{TaPipe::PipeDataType::Measurement, false};
 constexpr TaPipe::PipeDataFormat RENDERING_FORMAT{TaPipe::PipeDataType::Rendering, false};
 constexpr zPoint3d64f NULL_POINT{zNULL_64F, zNULL_64F, zNULL_64F};

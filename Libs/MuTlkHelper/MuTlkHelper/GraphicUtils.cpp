@@ -1,10 +1,12 @@
 #include <MuTlkHelper/GraphicUtils.h>
 
+#include <MuTlkHelper/FeatureUtils.h>
 #include <MuTlkHelper/GraphicCurves.h>
 #include <MuTlkHelper/GraphicElement.h>
 #include <MuTlkHelper/GraphicGeometry.h>
 #include <MuTlkHelper/PointForms.h>
 #include <MuTlkHelper/PointUtils.h>
+#include <MuTlkHelper/TlkSurfaceGeneralized3dPoint.h>
 #include <MuTlkHelper/ValidRegion.h>
 #include <MuTlkHelper/ValidVector.h>
 #include <MuTlkHelper/WholeDegrees.h>

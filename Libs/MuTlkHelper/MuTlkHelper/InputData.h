@@ -6,7 +6,8 @@
 
 namespace Mu::TlkHelper
 {
-/// What is asked again and again of one surface message. A new one holds no message, and its numbers are not set.
+/// What is asked again and again of one surface message. Filled by `SetInputData` only; later changes of the message do
+/// not show in it. A new one holds no message, and its numbers are not set.
 struct InputData
 {
     z32s width;                ///< columns

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <MuTlkHelper/Export.h>
+#include <MuTlkHelper/InputData.h>
+#include <MuTlkHelper/TlkSurfaceGeneralized3dPoint.h>
 
 #include <MuVision/Regions.h>
 #include <TaApi/Object.h>
@@ -43,18 +45,6 @@ namespace Mu::TlkHelper
 // One pixel of a surface. A position is a column `x` and a row `y` (a point's `column` and `row`); heights are in mm, a
 // null pixel has the height NULL64F.
 
-/// What is asked of a surface message again and again. Filled by `SetInputData` only; later changes of the message do
-/// not show in it.
-struct InputData
-{
-    std::int32_t width;  ///< columns
-    std::int32_t length; ///< rows
-    zPoint3d64f offset;
-    zPoint3d64f scale;
-    std::int32_t hasIntensity; ///< not 0 if there are intensities
-    Ta::Object<void*> surface; ///< the message, shared
-};
-
 /// A point of a surface.
 struct TlkSurfaceGeneralizedPoint
 {
@@ -63,20 +53,6 @@ struct TlkSurfaceGeneralizedPoint
     std::int32_t column;
     std::int32_t row;
 };
-
-/// A point of a surface with its height.
-struct TlkSurfaceGeneralized3dPoint
-{
-    double x;
-    double y;
-    double z; ///< NULL64F for a null pixel
-    std::int32_t column;
-    std::int32_t row;
-    std::int32_t height;    ///< the pixel, -32768 if it is null
-    std::uint8_t intensity; ///< 0 if there is none or the pixel is null
-};
-
-static_assert(sizeof(TlkSurfaceGeneralized3dPoint) == 40, "arrays of these points are read by that stride");
 
 /// Shares `message`, a surface, in `*data` and copies its facts; the former message is released.
 /// @throws Ta::Exception -997 if `data` is null, or the status of a failing share or release

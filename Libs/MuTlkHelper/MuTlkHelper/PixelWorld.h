@@ -1,5 +1,6 @@
 #pragma once
 
+#include <zApi/zSaturate.h>
 #include <zApi/zTypes.h>
 
 #include <algorithm>
@@ -12,24 +13,11 @@
 
 namespace Mu::TlkHelper
 {
-/// `value` without its fraction, held within the range of `Integer`; NaN gives the lowest.
-template <typename Integer>
-constexpr Integer Saturated(double value)
-{
-    constexpr Integer LOWEST = std::numeric_limits<Integer>::min();
-    constexpr Integer HIGHEST = std::numeric_limits<Integer>::max();
-    if (!(value > static_cast<double>(LOWEST)))
-    {
-        return LOWEST;
-    }
-    return value < static_cast<double>(HIGHEST) ? static_cast<Integer>(value) : HIGHEST;
-}
-
 /// The nearest whole number, halves away from 0.
 template <typename Integer>
 constexpr Integer Rounded(double value)
 {
-    return Saturated<Integer>(value > 0.0 ? value + 0.5 : value - 0.5);
+    return zSaturate<Integer>(value > 0.0 ? value + 0.5 : value - 0.5);
 }
 
 constexpr double PixelToWorld(double value, double offset, double scale)

@@ -6,12 +6,12 @@
 #include <MuVision/RegionPixel.h>
 #include <TaApi/Raise.h>
 #include <zApi/zArrayList.h>
+#include <zApi/zSaturate.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <span>
 
 namespace Mu::TlkHelper
@@ -202,14 +202,6 @@ bool IsSorted(std::span<const zPoint16s> points, const SortOrder& order)
 
 // --- run-length coding ----------------------------------------------------------------------------------------------
 
-// What does not fit becomes the nearest number, a NaN the lowest.
-int Saturated(double value)
-{
-    constexpr double lowest = std::numeric_limits<int>::min();
-    constexpr double highest = std::numeric_limits<int>::max();
-    return static_cast<int>(value > lowest ? std::min(value, highest) : lowest);
-}
-
 // A rectangle in pixels: its corners counter-clockwise from the lowest, and the box of pixels around it.
 class Rectangle
 {
@@ -259,9 +251,9 @@ public:
         }
         const double left = y <= p[3].y ? EdgeAt(y, p[0], slopeA, p[0]) : EdgeAt(y, p[3], slopeB, p[0]);
         const double right = y >= p[1].y ? EdgeAt(y, p[1], slopeA, p[1]) : EdgeAt(y, p[0], slopeB, p[1]);
-        const int first = std::max(Saturated(std::ceil(left)), box.x);
+        const int first = std::max(zSaturate<int>(std::ceil(left)), box.x);
         const std::int64_t end = std::int64_t{box.x} + box.width;
-        const std::int64_t last = std::min(std::int64_t{Saturated(std::floor(right))}, end - 1);
+        const std::int64_t last = std::min(std::int64_t{zSaturate<int>(std::floor(right))}, end - 1);
         return {first, last >= first ? static_cast<int>(last - first + 1) : 0};
     }
 
