@@ -69,6 +69,7 @@ endfunction()
 set(MU_TOOLS_INSTALL_DIR lib/mutlk/tools)
 function(mu_add_tool name)
     mu_add_plugin(${name} ${ARGN})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
     file(RELATIVE_PATH libraries
         ${CMAKE_INSTALL_PREFIX}/${MU_TOOLS_INSTALL_DIR} ${CMAKE_INSTALL_FULL_LIBDIR})
     set_target_properties(${name} PROPERTIES

@@ -84,7 +84,7 @@ TEST_F(Program, lists_the_tools_beside_it)
     const Ended ended = Run("list");
     EXPECT_EQ(ended.code, 0);
     EXPECT_EQ(ended.err, "");
-    EXPECT_TRUE(Contains(ended.out, "SurfaceHeight  1.0.0    Height"));
+    EXPECT_TRUE(Contains(ended.out, "SurfaceHeight    1.0.0    Height"));
     const Ended asJson = Run("list --json");
     EXPECT_EQ(asJson.code, 0);
     EXPECT_EQ(json::parse(asJson.out)[0]["type"], "SurfaceHeight");
@@ -106,7 +106,7 @@ TEST_F(Program, inspects_a_tool)
 {
     const Ended ended = Run("inspect SurfaceHeight");
     EXPECT_EQ(ended.code, 0);
-    EXPECT_TRUE(Contains(ended.out, "\nInputs\n  Surface  required  uniform surface, point surface\n"));
+    EXPECT_TRUE(Contains(ended.out, "\nInputs\n  Surface       required  uniform surface, point surface\n"));
     EXPECT_TRUE(Contains(ended.out, "\nOutputs\n  Minimum       measurement  mm  Minimum\n"));
     const json tool = json::parse(Run("inspect SurfaceHeight --json").out);
     EXPECT_EQ(tool["type"], "SurfaceHeight");

@@ -46,7 +46,7 @@ void ExpectPlace(const std::vector<Result>& results, double x, double y, double 
 TEST_F(SurfacePosition, of_the_highest_point_looks_inside_the_region_only)
 {
     // Outside there are 16 to 20.
-    ExpectPlace(Measure({}, Hills()), 14, 24, 7);
+    ExpectPlace(Measure(nlohmann::json::object(), Hills()), 14, 24, 7);
 }
 
 TEST_F(SurfacePosition, of_the_lowest_point_is_the_first_of_several)
@@ -95,7 +95,7 @@ TEST_F(SurfacePosition, of_a_point_surface_takes_the_places_of_its_points)
     const auto surface = Support::PointSurface({{{0, 0, 9}, {4, 3, 2}, {NullPixel, NullPixel, NullPixel}}})
                              .Offset(10, 20, 0)
                              .Scale(1, 1, 0.5);
-    ExpectPlace(Measure({}, surface), 14, 23, 1);
+    ExpectPlace(Measure(nlohmann::json::object(), surface), 14, 23, 1);
 }
 
 TEST_F(SurfacePosition, without_a_region_in_the_job_looks_at_the_middle_half)

@@ -14,7 +14,8 @@ using Mu::Vision::PlaneParams;
 using TaPipe::PipeDataType;
 
 constexpr double THRESHOLD = 1.1920928955078125e-07;
-constexpr const char* UNIT = "FeatureUtils";
+constexpr const char* UNIT = "Libs/MuTlkHelper/MuTlkHelper/FeatureUtils";
+constexpr const char* VECTOR_UNIT = "Platform/MuVision/MuVision/ValidVector";
 
 std::vector<std::uint64_t> Bits(const PlaneParams<double>& p)
 {
@@ -257,7 +258,7 @@ TEST(Plane_from_params, with_a_normal_that_is_not_finite_fails_under_the_name_of
         ExpectFailure(FailureOf([odd] {
                           static_cast<void>(GetPlaneFromParams({1, odd, 1, 1}));
                       }),
-                      -997, "Mu::Vision::IsValidVector", UNIT);
+                      -997, "Mu::Vision::IsValidVector", VECTOR_UNIT);
     }
 }
 
@@ -311,7 +312,7 @@ TEST(Feature_utilities, raise_the_status_of_every_failing_call)
     EXPECT_EQ(WalkRaisedFaults("Mu::TlkHelper::GetPlaneFromFeatureMessage", UNIT,
                                [&] { static_cast<void>(GetPlaneFromFeatureMessage(plane.Get())); }),
               1U);
-    EXPECT_EQ(WalkRaisedFaults("Mu::Vision::IsValidVector", UNIT,
+    EXPECT_EQ(WalkRaisedFaults("Mu::Vision::IsValidVector", VECTOR_UNIT,
                                [] {
                                    static_cast<void>(GetPlaneFromParams({0, 0, 1, 2}));
                                }),

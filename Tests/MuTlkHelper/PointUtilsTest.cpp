@@ -14,7 +14,7 @@ using namespace Mu::TlkHelper;
 using SurfacePoint = TlkSurfaceGeneralized3dPoint;
 using SortedType = THL_POINT_SORTED_TYPE;
 
-constexpr const char* UNIT = "PointUtils";
+constexpr const char* UNIT = "Libs/MuTlkHelper/MuTlkHelper/PointUtils";
 constexpr float INFINITE_32 = std::numeric_limits<float>::infinity();
 
 std::vector<zPoint64f> Points2d(const Ta::Object<void*>& list)

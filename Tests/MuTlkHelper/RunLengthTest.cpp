@@ -15,7 +15,7 @@ using namespace Support;
 using namespace Mu::TlkHelper;
 
 constexpr const char* FUNCTION = "Mu::TlkHelper::RLEGiven4Points";
-constexpr const char* UNIT = "PointUtils";
+constexpr const char* UNIT = "Libs/MuTlkHelper/MuTlkHelper/PointUtils";
 constexpr int LARGEST = std::numeric_limits<int>::max();
 
 using Corners = std::array<zPoint64f, 4>;

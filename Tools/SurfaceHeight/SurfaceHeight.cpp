@@ -1,4 +1,4 @@
-#include "../RegionPoints.h"
+#include <Tools/RegionPoints.h>
 
 #include <MuTlkHelper/AnchoredRegion.h>
 #include <MuTlkHelper/CommonTool.h>
@@ -184,7 +184,7 @@ public:
     {
         CommonTool::Describe(info);
         info.SetDisplayName("Surface Height");
-        info.SetDescription("Heights of a surface or a region of it: extremes, mean and roughness");
+        info.SetDescription("Heights of a surface or region: extremes, mean, RMS");
     }
 
     using CommonTool::Init;

@@ -1,4 +1,4 @@
-#include "../RegionPoints.h"
+#include <Tools/RegionPoints.h>
 
 #include <MuTlkHelper/AnchoredRegion.h>
 #include <MuTlkHelper/CommonTool.h>
@@ -67,7 +67,7 @@ public:
     {
         CommonTool::Describe(info);
         info.SetDisplayName("Surface Position");
-        info.SetDescription("The place of the highest, the lowest or the mean point of a region; others anchor to it");
+        info.SetDescription("Place of a region's highest, lowest or mean point");
     }
 
     using CommonTool::Init;

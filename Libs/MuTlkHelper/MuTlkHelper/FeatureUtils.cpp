@@ -1,5 +1,6 @@
 #include <MuTlkHelper/FeatureUtils.h>
 
+#include <MuVision/ValidVector.h>
 #include <TaApi/Raise.h>
 #include <TaVision/TvCircleFeatureMsg.h>
 #include <TaVision/TvLineFeatureMsg.h>
@@ -11,7 +12,6 @@
 
 namespace
 {
-constexpr double SMALLEST_USABLE = 1.1920928955078125e-07;
 constexpr zPoint3d64f NULL_POINT{zNULL_64F, zNULL_64F, zNULL_64F};
 
 double Dot(const zPoint3d64f& a, const zPoint3d64f& b)
@@ -40,23 +40,9 @@ zPoint3d64f AxisCrossing(const zPoint3d64f& normal, double product)
 // Required: the guard looks at x, whichever coordinate the line is solved for.
 bool CanBeSolved(const zLine3d64f& line)
 {
-    return std::abs(line.direction.x) > SMALLEST_USABLE;
+    return std::abs(line.direction.x) > Mu::Vision::USABLE_LENGTH;
 }
 } // namespace
-
-namespace Mu::Vision
-{
-// Under the name that its failures go by.
-static bool IsValidVector(zPoint3d64f vector)
-{
-    if (Mu::TlkHelper::IsValidPoint(vector) == 0)
-    {
-        return false;
-    }
-    MU_CHECK(zS3dMath_Normalize64f(&vector));
-    return std::sqrt(Dot(vector, vector)) > SMALLEST_USABLE;
-}
-} // namespace Mu::Vision
 
 namespace Mu::TlkHelper
 {

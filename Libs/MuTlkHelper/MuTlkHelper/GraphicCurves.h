@@ -1,8 +1,8 @@
 #pragma once
 
 #include <MuTlkHelper/GraphicUtils.h>
-#include <MuTlkHelper/ValidVector.h>
 #include <MuTlkHelper/WholeDegrees.h>
+#include <MuVision/ValidVector.h>
 
 #include <MuVision/RefFrame.h>
 #include <zApi/zTypes.h>

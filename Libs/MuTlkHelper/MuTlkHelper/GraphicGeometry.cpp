@@ -1,8 +1,8 @@
 #include <MuTlkHelper/GraphicGeometry.h>
 
 #include <MuTlkHelper/PointUtils.h>
-#include <MuTlkHelper/ValidVector.h>
 #include <MuTlkHelper/WholeDegrees.h>
+#include <MuVision/ValidVector.h>
 
 #include <cmath>
 

@@ -8,8 +8,8 @@
 #include <MuTlkHelper/PointUtils.h>
 #include <MuTlkHelper/TlkSurfaceGeneralized3dPoint.h>
 #include <MuTlkHelper/ValidRegion.h>
-#include <MuTlkHelper/ValidVector.h>
 #include <MuTlkHelper/WholeDegrees.h>
+#include <MuVision/ValidVector.h>
 
 #include <MuVision/RefFrame.h>
 #include <TaPipe/TpGraphic.h>

@@ -14,3 +14,4 @@
 #include <MuVision/RegionPixel.h>
 #include <MuVision/Regions.h>
 #include <MuVision/Sectors.h>
+#include <MuVision/ValidVector.h>
