@@ -1,9 +1,12 @@
 #include <Host/ParameterKeys.h>
 
+#include <Host/Error.h>
 #include <Host/Names.h>
 #include <Host/ReadOnlyValues.h>
 
 #include <TaApi/PropertiesValue.h>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 
@@ -34,6 +37,13 @@ bool HasLeaf(const Structure& group, const char* key)
 {
     return dynamic_cast<const Leaf*>(group.Find(key)) != nullptr;
 }
+/// "Region/x" as {"Region": {"x": ...}}.
+std::string AsObjects(const std::string& path)
+{
+    const std::size_t slash = path.find('/');
+    const std::string inner = slash == std::string::npos ? "..." : AsObjects(path.substr(slash + 1));
+    return fmt::format("{{{}: {}}}", Quoted(path.substr(0, slash)), inner);
+}
 } // namespace
 
 std::vector<std::string> ParameterPaths(const Node& root)
@@ -46,6 +56,11 @@ std::vector<std::string> ParameterPaths(const Node& root)
 
 std::string KnownKeys(const Node& root, const std::string& path)
 {
+    // The path leads somewhere, so the slash stands in a key: fine on a command line, but not in a job.
+    if (const auto paths = ParameterPaths(root); std::ranges::binary_search(paths, path))
+    {
+        return "Write groups as objects: " + AsObjects(path);
+    }
     const auto* group = dynamic_cast<const Structure*>(&root);
     std::string key = path;
     while (group != nullptr)

@@ -52,8 +52,8 @@ constexpr const char* teachNotes =
     R"(The job gives the regions as they are drawn on SCAN, in its coordinates, as if no anchor were routed. They are
 made relative to the anchors that the job's tools give on SCAN, and written back into JOB, with their transforms; all
 else in it stays. "tlk run JOB" then measures in these regions on SCAN, and moves them along on other scans.
-Teach once: a second time would take the relative values for drawn ones and shift the regions. To draw them anew,
-write their values in coordinates of the scan, or take them out for defaults, and teach again.)";
+Regions that were taught before are refused. To draw them anew, write their values in coordinates of the scan and take
+their transformMatrix out, or take the regions out for defaults, and teach again.)";
 
 /// Standard output, where a file name is asked for.
 constexpr const char* terminal = "-";
@@ -365,6 +365,12 @@ private:
         out << TaughtTable(taught)
             << fmt::format("Written to {}: these values are relative to the anchors now. Do not teach them again.\n",
                            TerminalText(file.string()));
+        if (!out.flush())
+        {
+            throw Error(fmt::format("{} is written and its regions are relative to the anchors now; only this table of "
+                                    "them cannot be written to the terminal. Do not teach it again.",
+                                    file.string()));
+        }
         return ExitCode::Passed;
     }
 

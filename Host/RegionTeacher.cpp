@@ -36,6 +36,9 @@ constexpr std::size_t tableWidth = 80;
 constexpr std::array<std::string_view, 10> regionKeys = {"x",      "y",      "z",      "width",  "length",
                                                          "height", "xAngle", "yAngle", "zAngle", "transformMatrix"};
 
+constexpr std::string_view transformKey = regionKeys.back();
+constexpr std::array<double, 16> identity = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+
 /// A region among the parameters of a tool.
 struct Region
 {
@@ -43,9 +46,16 @@ struct Region
     const Structure* group;
 };
 
+bool IsUsed(const Ta::Properties::Node& node)
+{
+    const auto* const used = dynamic_cast<const Ta::Properties::Value<bool>*>(node.FindSchema("used"));
+    return used == nullptr || used->Get();
+}
+
 void CollectRegions(const Structure& group, const std::vector<std::string>& path, std::vector<Region>& regions)
 {
-    if (IsRegion(group))
+    // A region that is not in use was not placed, and stands for nothing.
+    if (IsRegion(group) && IsUsed(group))
     {
         regions.push_back({path, &group});
     }
@@ -68,12 +78,6 @@ std::vector<Region> RegionsOf(const ToolRunner& runner)
         CollectRegions(*root, {}, regions);
     }
     return regions;
-}
-
-bool IsUsed(const Leaf& leaf)
-{
-    const auto* const used = dynamic_cast<const Ta::Properties::Value<bool>*>(leaf.FindSchema("used"));
-    return used == nullptr || used->Get();
 }
 
 bool IsFinite(const json& value)
@@ -120,6 +124,8 @@ public:
     {
         JobLine line(job, registry, AnchorRoutes::Later);
         CheckRegions(line);
+        CheckDrawn(line);
+        NoteSources(line);
         const ScanSetup setup = SetupOf(scanFile);
         RequireScan(setup);
         ScanResult scanResult;
@@ -157,6 +163,77 @@ private:
         }
     }
 
+    /// The tools that anchors come from, directly or by way of others, and whose regions the job does not give: other
+    /// scans would place these regions elsewhere, so they are written, too.
+    void NoteSources(const JobLine& line)
+    {
+        std::vector<std::string> open;
+        std::ranges::transform(anchorRoutes, std::back_inserter(open), [](auto* route) { return route->from.tool; });
+        std::vector<std::string> sources;
+        while (!open.empty())
+        {
+            const std::string tool = open.back();
+            open.pop_back();
+            if (std::ranges::find(sources, tool) != sources.end())
+            {
+                continue;
+            }
+            sources.push_back(tool);
+            for (const RouteSetup& route : job.routes)
+            {
+                if (route.to.tool == tool)
+                {
+                    open.push_back(route.from.tool);
+                }
+            }
+        }
+        std::ranges::copy_if(sources, std::back_inserter(placedSources), [&](const std::string& tool) {
+            return !Follows(tool) && line.RunnerOf(tool).TakesDefaults();
+        });
+    }
+
+    [[nodiscard]] bool IsPlacedSource(const std::string& tool) const
+    {
+        return std::ranges::find(placedSources, tool) != placedSources.end();
+    }
+
+    /// Calls `act(place of the tool in the job, its runner)` for every tool whose regions are written.
+    template <typename Act>
+    void ForTaught(const JobLine& line, const Act& act) const
+    {
+        for (std::size_t i = 0; i < job.tools.size(); ++i)
+        {
+            if (Follows(job.tools[i].id) || IsPlacedSource(job.tools[i].id))
+            {
+                act(i, line.RunnerAt(i));
+            }
+        }
+    }
+
+    /// A region with the transform of an anchor was taught before: its values are no drawn ones.
+    void CheckDrawn(const JobLine& line) const
+    {
+        ForFollowers(line, [this](std::size_t tool, const ToolRunner& runner) {
+            for (const Region& region : RegionsOf(runner))
+            {
+                const auto* const leaf =
+                    dynamic_cast<const Ta::Properties::Value<std::vector<double>>*>(region.group->Find(transformKey));
+                if (leaf != nullptr && !leaf->Get().empty() && !std::ranges::equal(leaf->Get(), identity))
+                {
+                    job.tools[tool]
+                        .place.At("parameters")
+                        .At(Joined(region.path))
+                        .At(std::string(transformKey))
+                        .Fail(
+                            "the region was taught before: its values are relative to its anchors, not drawn on a scan",
+                            "Write its values in coordinates of the scan and take transformMatrix out, or take the "
+                            "whole "
+                            "region out to have it placed");
+                }
+            }
+        });
+    }
+
     /// The scan as the job has it, else as on a command line.
     [[nodiscard]] ScanSetup SetupOf(const std::filesystem::path& file) const
     {
@@ -181,14 +258,14 @@ private:
                      [&count](std::size_t /*tool*/, const ToolRunner& runner) { count += RegionsOf(runner).size(); });
         if (count == 0)
         {
-            JobPlace{jobFile, "tools"}.Fail("none of the tools with a routed anchor has a region",
+            JobPlace{jobFile, "tools"}.Fail("none of the tools with a routed anchor has a region in use",
                                             "Route the anchors to tools with regions");
         }
     }
 
     void CheckPlaced(const JobLine& line) const
     {
-        ForFollowers(line, [this](std::size_t tool, const ToolRunner& runner) {
+        ForTaught(line, [this](std::size_t tool, const ToolRunner& runner) {
             if (runner.TakesDefaults() && !RegionsOf(runner).empty())
             {
                 job.tools[tool].place.Fail(
@@ -233,7 +310,7 @@ private:
     {
         TaughtJob taught;
         ordered_json document = ordered_json::parse(text);
-        ForFollowers(line, [&](std::size_t tool, const ToolRunner& runner) {
+        ForTaught(line, [&](std::size_t tool, const ToolRunner& runner) {
             for (const Region& region : RegionsOf(runner))
             {
                 WriteRegion(region, tool, document["tools"][tool]["parameters"], taught.values);
@@ -254,7 +331,8 @@ private:
         for (const std::string_view key : regionKeys)
         {
             const auto* const leaf = dynamic_cast<const Leaf*>(region.group->Find(key));
-            if (leaf == nullptr || !IsUsed(*leaf))
+            const bool hasAnchor = key != transformKey || Follows(job.tools[tool].id);
+            if (leaf == nullptr || !IsUsed(*leaf) || !hasAnchor)
             {
                 continue;
             }
@@ -279,6 +357,7 @@ private:
     std::string text;
     Job job;
     std::vector<const RouteSetup*> anchorRoutes;
+    std::vector<std::string> placedSources;
     std::string scan;
 };
 

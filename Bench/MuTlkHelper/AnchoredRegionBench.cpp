@@ -7,6 +7,8 @@
 #include <MuTlkHelper/AnchoredRegion.h>
 #include <MuTlkHelper/CommonTool.h>
 
+#include <Support/SilentHost.h>
+
 #include <MuVision/Anchor.h>
 #include <TaVision/TaVision.h>
 
@@ -27,30 +29,6 @@ using Mu::Vision::Anchor;
 using Mu::Vision::Region3d;
 
 constexpr std::size_t REGIONS = 64;
-
-class SilentHost final : public TaPipe::IToolHost, public TaPipe::IOutputReceiver
-{
-public:
-    virtual ~SilentHost() = default;
-
-    TaPipe::IOutputReceiver& OutputReceiver() override
-    {
-        return *this;
-    }
-
-    void OnMessage(TaPipe::ITool& /*tool*/, const TaPipe::ToolOutputInfo& /*output*/,
-                   const Ta::Object<void*>& /*message*/, int /*sendKind*/) override
-    {
-        ++messages;
-    }
-
-    void OnArray(TaPipe::ITool& /*tool*/, const TaPipe::ToolOutputInfo& /*output*/,
-                 const std::vector<Ta::Object<void*>>& /*sent*/) override
-    {
-    }
-
-    std::size_t messages = 0;
-};
 
 /// A box with all axes.
 class Box final : public AnchoredBoxRegion
@@ -134,7 +112,7 @@ bool HaveFollowed(const FollowingTool& tool, const Anchor& anchor)
 /// Executions of a tool whose anchor has the fields of `used`, the last of which moves on in each execution.
 void Follow(benchmark::State& state, AnchorType type, std::span<double Anchor::*const> used, std::size_t regionCount)
 {
-    SilentHost host;
+    Support::SilentHost host;
     FollowingTool tool(type, regionCount);
     static_cast<TaPipe::ITool&>(tool).Init(host);
     std::array<Ta::Object<void*>, 6> messages;

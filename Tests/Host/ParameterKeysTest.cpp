@@ -48,6 +48,8 @@ TEST_F(ParameterTree, tells_the_keys_where_a_path_leaves_it)
     EXPECT_EQ(KnownKeys(root, "Numbre"), "Did you mean \"Number\"? Known here: Number, Part, Place");
     EXPECT_EQ(KnownKeys(root, "Part/Inner/widht"), "Did you mean \"width\"? Known here: x, width, transformMatrix");
     EXPECT_EQ(KnownKeys(root, "Part/Outer/width"), "Known here: Inner");
+    EXPECT_EQ(KnownKeys(root, "Part/Inner/width"),
+              "Write groups as objects: {\"Part\": {\"Inner\": {\"width\": ...}}}");
 }
 
 TEST_F(ParameterTree, has_a_region_where_a_group_has_a_place_and_an_extent)

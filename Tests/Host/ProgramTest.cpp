@@ -348,6 +348,17 @@ TEST_F(Program, teaches_a_job_so_that_it_runs_in_the_drawn_region)
     EXPECT_FALSE(Contains(run.err, "warning"));
 }
 
+TEST_F(Program, says_that_a_job_is_taught_where_the_table_of_it_is_lost)
+{
+    WriteFeatureScan(folder / "a.tif");
+    WriteBytes(folder / "job.json", anchoredJob);
+    const Ended ended = Run(Plugins("teach job.json a.tif") + " >/dev/full");
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_TRUE(Contains(ended.err, "job.json is written")) << ended.err;
+    EXPECT_TRUE(Contains(ended.err, "Do not teach it again")) << ended.err;
+    EXPECT_NE(ReadBytes(folder / "job.json"), anchoredJob);
+}
+
 TEST_F(Program, warns_of_a_read_only_value_that_a_user_gives)
 {
     WriteFeatureScan(folder / "a.tif");

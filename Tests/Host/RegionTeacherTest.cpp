@@ -176,6 +176,35 @@ TEST_F(Teaching, writes_parameters_into_a_tool_that_had_none_and_leaves_other_to
     EXPECT_EQ(taught.values.size(), 14U);
 }
 
+TEST_F(Teaching, refuses_a_region_that_was_taught_before)
+{
+    Write(And(finder, drawn), anchors);
+    Teach();
+    const std::string message = TeachError();
+    EXPECT_TRUE(Contains(message, Place("tools[1].parameters.Region.transformMatrix") + "the region was taught before"))
+        << message;
+    EXPECT_TRUE(Contains(message, "take transformMatrix out")) << message;
+    // A feature at the origin moves nothing: such a region may be taught as often as one likes.
+    Write(And(finder, R"({"id": "window", "type": "Window", "parameters": {"Region":
+        {"x": 6, "transformMatrix": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1]}}})"),
+          anchors);
+    Teach();
+    EXPECT_NEAR(Parameters(1)["Region"]["x"].get<double>(), 6 - peakX, 1e-12);
+}
+
+TEST_F(Teaching, also_writes_the_placed_regions_of_the_tools_that_anchors_come_from)
+{
+    // Without them, the first window would be placed anew by the first scan of a run, and the second follow it there.
+    Write(R"({"id": "first", "type": "Window"}, {"id": "second", "type": "Window", "parameters": {"Region":
+        {"x": 6, "y": 5, "z": 10, "width": 3, "length": 2, "height": 19}}}, {"id": "apart", "type": "Window"})",
+          R"({"from": "first/X", "to": "second/AnchorX"})");
+    Teach();
+    EXPECT_NEAR(Parameters(0)["Region"]["x"].get<double>(), 9.75, 1e-12);
+    EXPECT_FALSE(Parameters(0)["Region"].contains("transformMatrix"));
+    EXPECT_NEAR(Parameters(1)["Region"]["x"].get<double>(), 6 - 9.75, 1e-12);
+    EXPECT_TRUE(Parameters(2).is_null());
+}
+
 TEST_F(Teaching, tells_each_value_before_and_after)
 {
     Write(And(finder, R"({"id": "window", "type": "Window", "parameters": {"Region": {"x": 6, "y": 7}}})"),
@@ -288,7 +317,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"tool_that_fails_in_stop", And(finder, And(drawn, R"({"type": "FailsInStop"})")), anchors, "a.tif",
              "tools[2]", "tool \"FailsInStop\" (FailsInStop) failed when it stopped"},
         Case{"no_region", And(finder, R"({"id": "window", "type": "Follower"})"), anchors, "a.tif", "tools",
-             "none of the tools with a routed anchor has a region."},
+             "none of the tools with a routed anchor has a region in use."},
         Case{"region_that_cannot_be_placed", And(finder, R"({"id": "window", "type": "Window"})"), anchors, "empty.tif",
              "tools[1]", "has no data to place them by."},
         Case{"unknown_anchor", And(finder, drawn), R"({"from": "finder/X", "to": "window/AnchorXAngle"})", "a.tif",

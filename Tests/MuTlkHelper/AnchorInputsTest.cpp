@@ -357,6 +357,7 @@ public:
 
     bool IsTransformMatrixIdentity() override
     {
+        ++identityQuestions;
         return isIdentity;
     }
 
@@ -378,6 +379,7 @@ public:
     ~NotingRegion() override = default;
 
     bool isIdentity = true;
+    int identityQuestions = 0;
     bool isUsed = true;
 
 private:
@@ -506,6 +508,7 @@ TEST_F(Region_calls, find_an_identity_only_if_every_region_has_one)
             EXPECT_EQ(Access::IsTransformMatrixIdentity(tool), first && second);
         }
     }
+    EXPECT_EQ(b.identityQuestions, 4) << "it is asked behind one that says no, too";
     ProbeTool bare;
     EXPECT_TRUE(Access::IsTransformMatrixIdentity(bare)) << "a tool without regions";
 }

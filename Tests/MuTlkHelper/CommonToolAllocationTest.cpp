@@ -5,6 +5,7 @@
 
 #include <Support/Builders.h>
 #include <Support/CountingAlloc.h>
+#include <Support/SilentHost.h>
 
 #include <gtest/gtest.h>
 
@@ -58,30 +59,6 @@ using namespace Support;
 constexpr std::size_t AT_END = static_cast<std::size_t>(-1);
 constexpr std::size_t EXECUTIONS = 100;
 
-class DeafHost final : public TaPipe::IToolHost, public TaPipe::IOutputReceiver
-{
-public:
-    virtual ~DeafHost() = default;
-
-    TaPipe::IOutputReceiver& OutputReceiver() override
-    {
-        return *this;
-    }
-
-    void OnMessage(TaPipe::ITool& /*tool*/, const TaPipe::ToolOutputInfo& /*output*/,
-                   const Ta::Object<void*>& /*message*/, int /*sendKind*/) override
-    {
-        ++messages;
-    }
-
-    void OnArray(TaPipe::ITool& /*tool*/, const TaPipe::ToolOutputInfo& /*output*/,
-                 const std::vector<Ta::Object<void*>>& /*sent*/) override
-    {
-    }
-
-    std::size_t messages = 0;
-};
-
 class TwoMeasurements final : public Mu::Tools::CommonTool
 {
 public:
@@ -107,7 +84,7 @@ private:
 TEST(CommonTool_execution, allocates_its_messages_and_nothing_else)
 {
     const CountingAlloc alloc;
-    DeafHost host;
+    SilentHost host;
     TwoMeasurements tool;
     tool.SetToolAllocator(alloc.Get());
     static_cast<TaPipe::ITool&>(tool).Init(host);
@@ -169,7 +146,7 @@ TEST(CommonTool_anchored_execution, allocates_its_messages_and_nothing_else)
 {
     const CountingAlloc alloc;
     {
-        DeafHost host;
+        SilentHost host;
         AnchoredTool tool;
         tool.SetToolAllocator(alloc.Get());
         static_cast<TaPipe::ITool&>(tool).Init(host);
@@ -210,7 +187,7 @@ TEST(CommonTool_anchored_execution, allocates_its_messages_and_nothing_else)
 // Every failing allocation of construction, of AddAnchorInputs and Init, and of a route, start and stop.
 TEST(CommonTool_anchored_life, leaves_nothing_behind_when_memory_runs_out)
 {
-    DeafHost host;
+    SilentHost host;
     const auto live = [&host] {
         AnchoredTool tool;
         static_cast<TaPipe::ITool&>(tool).Init(host);

@@ -261,6 +261,27 @@ TEST(Surface_intensity, of_a_surface_without_is_null_and_zero)
     EXPECT_EQ(GetSurfaceIntensity(data, 1, 0), 0);
 }
 
+TEST(Surface_intensity, of_16_bits_is_refused_by_every_reader_of_a_pixel)
+{
+    const Ta::Object<void*> surface = Surface({{1, 2}}).Intensity16({{0x0102, 0x0304}});
+    const InputData data = DataOf(surface.Get());
+    EXPECT_EQ(RaisedBy([&] { static_cast<void>(GetSurfaceIntensityBasePtr(data, 0)); }),
+              InputFailure(-997, "GetSurfaceIntensityBasePtr"));
+    EXPECT_EQ(RaisedBy([&] { static_cast<void>(GetSurfaceIntensity(data, 1, 0)); }),
+              InputFailure(-997, "GetSurfaceIntensityPtr"));
+    TlkSurfaceGeneralized3dPoint corrected{1, 2, 3, 4, 5, 6, 7};
+    EXPECT_EQ(RaisedBy([&] {
+                  RefRegionCorrectPoint(data, {{0, 0, 0}, {0, 0, 1}}, {0, 0, 0, 0}, &corrected);
+              }),
+              InputFailure(-997, "GetSurfaceIntensityBasePtr"));
+    EXPECT_EQ(corrected.intensity, 7) << "nothing is written";
+    zPoint3d64f place{1, 2, 3};
+    const zM3dTransform3d none{zNULL_64F, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+    EXPECT_EQ(RaisedBy([&] { GetTransformedPointFromPixel(data, none, 0, 0, &place, nullptr, nullptr, 0); }),
+              InputFailure(-997, "GetSurfaceIntensityPtr"));
+    EXPECT_EQ(place.x, 1);
+}
+
 /// What `GetTransformedPointFromPixel` wrote and raised.
 struct Seen
 {

@@ -177,6 +177,7 @@ public:
     using Base::AllAnchorsInactive;
     using Base::BeginSendArray;
     using Base::CreateMeasurementMessage;
+    using Base::CreateTransformMatrix;
     using Base::Describe;
     using Base::EndSendArray;
     using Base::ExtractAnchorInputs;

@@ -1,7 +1,4 @@
-#include <Tools/RegionPoints.h>
-
-#include <MuTlkHelper/AnchoredRegion.h>
-#include <MuTlkHelper/CommonTool.h>
+#include <Tools/SurfaceTool.h>
 
 #include <MuVision/RegionPixel.h>
 #include <TaPipe/ToolPlugin.h>
@@ -14,9 +11,6 @@
 namespace
 {
 __extension__ using Wide = unsigned __int128;
-
-constexpr std::size_t AT_END = static_cast<std::size_t>(-1);
-constexpr const char* SURFACE = "Surface";
 
 z16s HeightOf(z16s point)
 {
@@ -172,7 +166,7 @@ double Share(double part, double whole)
 /// Heights of a surface, or of a region of it: lowest, highest, mean, their span, the root mean square about the mean,
 /// and the share of the samples that have a height there. Without any height the heights are null and the share is 0.
 /// In a region of points that carry their own place there is no telling how many are missing: the share is null.
-class SurfaceHeight final : public Mu::Tools::CommonTool
+class SurfaceHeight final : public SurfaceTool
 {
 public:
     SurfaceHeight()
@@ -191,10 +185,7 @@ public:
 
     void Init(IToolHost& host) override
     {
-        AddInput(SURFACE, AT_END)
-            .AddAcceptedDataFormat(PipeDataType::UniformSurface, false)
-            .AddAcceptedDataFormat(PipeDataType::PointSurface, false);
-        AddAnchorInputs(Mu::TlkHelper::AnchorType::Surface, true);
+        AddInputs();
         AddMeasurement("Minimum", "Minimum", "mm");
         AddMeasurement("Maximum", "Maximum", "mm");
         AddMeasurement("Mean", "Mean", "mm");
@@ -202,8 +193,7 @@ public:
         AddMeasurement("Rms", "RMS about the Mean", "mm");
         AddMeasurement("ValidShare", "Share of Valid Points", "%");
         params.Register("Use Region", "UseRegion", useRegion);
-        params.Register("Region", "Region", region);
-        RegisterAnchoredRegion(&region);
+        AddRegion();
         CommonTool::Init(host, params);
     }
 
@@ -236,11 +226,6 @@ public:
     }
 
 private:
-    void AddMeasurement(const char* id, const char* displayName, const char* units)
-    {
-        AddMeasurementOutput(id, false, AT_END).SetDisplayName(displayName).SetUnits(units);
-    }
-
     void MeasureWhole(void* surface, const zStamp& stamp)
     {
         const std::size_t count = TvSurfaceMsg_Width(surface) * TvSurfaceMsg_Length(surface);
@@ -251,7 +236,7 @@ private:
 
     void MeasureRegion(void* surface, const zStamp& stamp)
     {
-        const auto points = regionPoints.Read(surface, region.AbsoluteRegion(), toolAlloc);
+        const auto points = PointsInRegion(surface);
         const double share = TvSurfaceMsg_IsResampled(surface)
                                  ? Share(static_cast<double>(points.size()), PlacesIn(surface, region.AbsoluteRegion()))
                                  : zNULL_64F;
@@ -268,10 +253,7 @@ private:
         SendMeasurement("ValidShare", validShare, false, &stamp);
     }
 
-    RegionPoints regionPoints;
     Ta::Params::Value<bool> useRegion{false};
-    Mu::TlkHelper::AnchoredSurfaceRegion region{true};
-    Ta::Params::Group params;
 };
 } // namespace
 

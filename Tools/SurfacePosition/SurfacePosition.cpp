@@ -1,7 +1,4 @@
-#include <Tools/RegionPoints.h>
-
-#include <MuTlkHelper/AnchoredRegion.h>
-#include <MuTlkHelper/CommonTool.h>
+#include <Tools/SurfaceTool.h>
 
 #include <TaPipe/ToolPlugin.h>
 #include <TaVision/TvSurfaceMsg.h>
@@ -10,9 +7,6 @@
 
 namespace
 {
-constexpr std::size_t AT_END = static_cast<std::size_t>(-1);
-constexpr const char* SURFACE = "Surface";
-
 constexpr const char* HIGHEST = "Highest";
 constexpr const char* LOWEST = "Lowest";
 constexpr const char* CENTROID = "Centroid";
@@ -55,7 +49,7 @@ zPoint3d64f Centroid(Points points)
 
 /// The place of one point of a region: the highest, the lowest, or the centroid of all of them. A region without points
 /// gives nulls. Its place is what other tools are anchored to.
-class SurfacePosition final : public Mu::Tools::CommonTool
+class SurfacePosition final : public SurfaceTool
 {
 public:
     SurfacePosition()
@@ -74,28 +68,24 @@ public:
 
     void Init(IToolHost& host) override
     {
-        AddInput(SURFACE, AT_END)
-            .AddAcceptedDataFormat(PipeDataType::UniformSurface, false)
-            .AddAcceptedDataFormat(PipeDataType::PointSurface, false);
-        AddAnchorInputs(Mu::TlkHelper::AnchorType::Surface, true);
+        AddInputs();
         for (const char* const axis : {"X", "Y", "Z"})
         {
-            AddMeasurementOutput(axis, false, AT_END).SetDisplayName(axis).SetUnits("mm");
+            AddMeasurement(axis, axis, "mm");
         }
         for (const char* const option : {HIGHEST, LOWEST, CENTROID})
         {
             feature.AddOption(option, option);
         }
         params.Register("Point", "Point", feature);
-        params.Register("Region", "Region", region);
-        RegisterAnchoredRegion(&region);
+        AddRegion();
         CommonTool::Init(host, params);
     }
 
     void Execute(InputSet& set) override
     {
         void* const surface = GetDataMessageInput(set, SURFACE);
-        const zPoint3d64f found = Find(regionPoints.Read(surface, region.AbsoluteRegion(), toolAlloc));
+        const zPoint3d64f found = Find(PointsInRegion(surface));
         const zStamp stamp = TvDataMsg_Stamp(surface);
         SendMeasurement("X", found.x, false, &stamp);
         SendMeasurement("Y", found.y, false, &stamp);
@@ -116,10 +106,7 @@ private:
         return feature.Get() == LOWEST ? Lowest(points) : Highest(points);
     }
 
-    RegionPoints regionPoints;
     Ta::Params::Enum<std::string> feature{HIGHEST};
-    Mu::TlkHelper::AnchoredSurfaceRegion region{true};
-    Ta::Params::Group params;
 };
 } // namespace
 

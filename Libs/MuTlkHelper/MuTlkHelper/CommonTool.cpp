@@ -262,7 +262,13 @@ void CommonTool::RefreshConfigRegion()
 
 bool CommonTool::IsTransformMatrixIdentity()
 {
-    return std::ranges::all_of(anchoredRegions, [](auto* region) { return region->IsTransformMatrixIdentity(); });
+    // Every region is asked, also behind one that says no.
+    bool identity = true;
+    for (AnchoredRegionInterface* const region : anchoredRegions)
+    {
+        identity = region->IsTransformMatrixIdentity() && identity;
+    }
+    return identity;
 }
 
 bool CommonTool::AllAnchorsInactive()

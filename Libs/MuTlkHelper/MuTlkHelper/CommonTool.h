@@ -67,10 +67,12 @@ public:
     /// execution whose set holds a data message. Each region takes the middle half of the data if it is not overridden.
     virtual void InitializeRegions();
 
+protected:
     /// The transform by which an anchor moves the tool's regions.
     virtual Mu::Vision::RefFrame CreateTransformMatrix(const Mu::Vision::Anchor& anchor,
                                                        Mu::Vision::RotationOrder order);
 
+public:
     /// Logs a text for the user, each text once per level between two starts. The text may have 511 characters.
     /// @param level  0x8000000100000000 information, ...1 warning, ...2 error
     /// @throws Ta::Exception -996 for another level, or the status of a failing call

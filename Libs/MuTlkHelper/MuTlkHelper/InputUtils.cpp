@@ -178,6 +178,28 @@ int OddPixels(double size, double scale)
     const z64s odd = pixels % 2 == 0 ? pixels - 1 : pixels;
     return odd < 2 ? 1 : static_cast<int>(odd);
 }
+// What reads intensities takes bytes.
+void RequireBytes(const Ta::Place& place, zType intensityType)
+{
+    if (intensityType != zTypeOf(z8u))
+    {
+        Ta::Raise(place, zERROR_PARAMETER);
+    }
+}
+
+zType IntensityTypeOfSurface(void* message)
+{
+    return zArray2_ItemType(TvSurfaceMsg_IntensityArray(message, 0));
+}
+
+// A surface without intensities has none to be of another type.
+void RequireBytesIfAny(const Ta::Place& place, const InputData& data)
+{
+    if (TvSurfaceMsg_HasIntensity(data.surface.Get()))
+    {
+        RequireBytes(place, IntensityTypeOfSurface(data.surface.Get()));
+    }
+}
 } // namespace
 
 void SetInputData(void* message, InputData* data)
@@ -235,6 +257,7 @@ unsigned char* GetSurfaceIntensityBasePtr(const InputData& data, int y)
     {
         MU_FAIL(zERROR_MISSING, nullptr);
     }
+    RequireBytesIfAny(MU_HERE, data);
     return static_cast<unsigned char*>(TvSurfaceMsg_IntensityAt(data.surface.Get(), static_cast<std::size_t>(y), 0));
 }
 
@@ -244,6 +267,7 @@ unsigned char* GetSurfaceIntensityPtr(const InputData& data, int x, int y)
     {
         MU_FAIL(zERROR_MISSING, nullptr);
     }
+    RequireBytesIfAny(MU_HERE, data);
     return static_cast<unsigned char*>(
         TvSurfaceMsg_IntensityAt(data.surface.Get(), static_cast<std::size_t>(y), static_cast<std::size_t>(x)));
 }
@@ -272,9 +296,10 @@ void GetTransformedPointFromPixel(const InputData& data, const zM3dTransform3d& 
     }
     if (!IsPixelPositionInvalid(data, x, y))
     {
+        const z8u grey = GetSurfaceIntensity(data, x, y);
         place.z = GetSurfaceHeight(data, x, y);
         Put(heightPixel, GetSurfaceHeightPixel(data, x, y));
-        Put(intensity, GetSurfaceIntensity(data, x, y));
+        Put(intensity, grey);
         Put(point, place);
         return;
     }
@@ -340,20 +365,6 @@ void RequireArguments(const Ta::Place& place, void* message, const void* result)
     {
         Ta::Raise(place, zERROR_PARAMETER);
     }
-}
-
-// What walks over intensities takes bytes.
-void RequireBytes(const Ta::Place& place, zType intensityType)
-{
-    if (intensityType != zTypeOf(z8u))
-    {
-        Ta::Raise(place, zERROR_PARAMETER);
-    }
-}
-
-zType IntensityTypeOfSurface(void* message)
-{
-    return zArray2_ItemType(TvSurfaceMsg_IntensityArray(message, 0));
 }
 
 zType IntensityTypeOfProfile(void* message)

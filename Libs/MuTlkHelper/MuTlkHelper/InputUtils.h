@@ -69,15 +69,15 @@ MU_TLK_EXPORT void SetInputData(void* message, InputData* data);
 [[nodiscard]] MU_TLK_EXPORT double GetSurfaceHeight(const InputData& data, int x, int y);
 
 /// The first intensity of a row, null if there are none. It belongs to the message.
-/// @throws Ta::Exception -999 outside the surface
+/// @throws Ta::Exception -999 outside the surface, -997 if the intensities are no bytes
 [[nodiscard]] MU_TLK_EXPORT unsigned char* GetSurfaceIntensityBasePtr(const InputData& data, int y);
 
 /// The intensity of a pixel, null if there is none. It belongs to the message.
-/// @throws Ta::Exception -999 outside the surface
+/// @throws Ta::Exception -999 outside the surface, -997 if the intensities are no bytes
 [[nodiscard]] MU_TLK_EXPORT unsigned char* GetSurfaceIntensityPtr(const InputData& data, int x, int y);
 
 /// The intensity of a pixel, 0 if there is none.
-/// @throws Ta::Exception -999 outside the surface
+/// @throws Ta::Exception -999 outside the surface, -997 if the intensities are no bytes
 [[nodiscard]] MU_TLK_EXPORT unsigned char GetSurfaceIntensity(const InputData& data, int x, int y);
 
 /// Looks at the pixel onto which `transform` takes the place of (`column`, `row`) at height 0. `*point` gets the x and
@@ -132,7 +132,7 @@ MU_TLK_EXPORT void GetAllProfilePoints(void* message, void** list, void* alloc =
 MU_TLK_EXPORT void GetAllProfilePointsAndIntensity(void* message, void** list, void** intensity, void* alloc = nullptr);
 
 /// Stores a copy of a profile's points in `*array` in which those outside `region` are null; its angle plays no part.
-/// What `*array` held is not released. A profile without points gives null.
+/// What `*array` held is not released. A message that has no point array gives null.
 MU_TLK_EXPORT void GetPointArrayFromRegionXZ(void* message, const Mu::Vision::RegionXZ<double>& region, void** array,
                                              void* alloc = nullptr);
 

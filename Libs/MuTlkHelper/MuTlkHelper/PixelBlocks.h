@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 // The walk over elements of a message: a selection flags those that are kept, a block at a time, and outputs take them.
@@ -15,6 +16,7 @@
 namespace Mu::TlkHelper
 {
 inline constexpr std::size_t BLOCK = 128;
+static_assert(BLOCK <= std::numeric_limits<z8u>::max(), "counts and places within a block are bytes");
 
 /// 1 for an element that is kept, else 0.
 using Flags = std::array<z8u, BLOCK>;
@@ -154,28 +156,6 @@ private:
 
     const z16s* elements;
     const Windows<COMPONENTS>& windows;
-};
-
-/// Keeps the elements for which a test of the element's number is true.
-template <typename Test>
-class TestSelection
-{
-public:
-    explicit TestSelection(Test newTest)
-        : test(std::move(newTest))
-    {
-    }
-
-    void operator()(std::size_t first, std::size_t count, Flags& flags) const
-    {
-        for (std::size_t i = 0; i < count; ++i)
-        {
-            flags[i] = test(first + i) ? 1 : 0;
-        }
-    }
-
-private:
-    Test test;
 };
 
 inline std::size_t CountOf(const Flags& flags, std::size_t count)

@@ -40,9 +40,9 @@ public:
 private:
     struct Free
     {
-        void operator()(XXH3_state_t* state) const
+        void operator()(XXH3_state_t* unused) const
         {
-            XXH3_freeState(state);
+            XXH3_freeState(unused);
         }
     };
 
