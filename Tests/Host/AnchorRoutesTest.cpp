@@ -1,6 +1,7 @@
 #include <Host/JobLine.h>
 #include <Host/JobRunner.h>
 #include <Host/ScanMessage.h>
+#include <Host/ScanReader.h>
 #include <Host/ToolRunner.h>
 
 #include "AnchorTestScans.h"
@@ -252,5 +253,47 @@ TEST_F(AnchoredJob, routed_between_runs_leaves_regions_where_they_are_and_tells_
     line.Stop();
     const json values = JsonSerializer::Serialize(line.RunnerOf("window").Tool().Params());
     EXPECT_NEAR(values["Region"]["x"].get<double>(), 6 - 17 * 0.5, 1e-12);
+}
+
+/// The mean place of the heights of a map that `isIn` takes by their place in mm.
+template <typename IsIn>
+zPoint3d64f MeanOf(const HeightMap& map, const IsIn& isIn)
+{
+    zPoint3d64f sum{0, 0, 0};
+    double count = 0;
+    for (std::size_t i = 0; i < map.heights.size(); ++i)
+    {
+        const zPoint3d64f point{map.offsetMm.x + map.scaleMm.x * static_cast<double>(i % map.width),
+                                map.offsetMm.y + map.scaleMm.y * static_cast<double>(i / map.width),
+                                map.offsetMm.z + map.scaleMm.z * map.heights[i]};
+        if (map.heights[i] != HeightMap::nullHeight && isIn(point))
+        {
+            sum = {sum.x + point.x, sum.y + point.y, sum.z + point.z};
+            ++count;
+        }
+    }
+    return {sum.x / count, sum.y / count, sum.z / count};
+}
+
+TEST(Example_of_an_anchored_job, measures_in_the_regions_that_were_drawn_on_its_scan)
+{
+    const HeightMap map = ReadScan(ExampleScan("cylinder1.tif"));
+    const Job job = ReadJob(std::filesystem::path(MU_EXAMPLES_DIR) / "Jobs/cylinder.json");
+    const ScanResult scan = RunJob(job, RegistryOf({})).scans.at(0);
+    // Nothing of the plate but the top of the cylinder is above 28 mm.
+    const zPoint3d64f cylinder = MeanOf(map, [](const zPoint3d64f& point) { return point.z > 28.05; });
+    EXPECT_NEAR(ValueOf(scan, "cylinder", "X"), cylinder.x, 1e-9);
+    EXPECT_NEAR(ValueOf(scan, "cylinder", "Y"), cylinder.y, 1e-9);
+    EXPECT_NEAR(ValueOf(scan, "cylinder", "Z"), cylinder.z, 1e-9);
+    // Squares of 14 mm, drawn at (81.5, 90) on the cylinder and at (111.5, 90) on the block.
+    const auto inSquare = [](double x, double low, double high) {
+        return [x, low, high](const zPoint3d64f& point) {
+            return std::abs(point.x - x) <= 7 + 1e-6 && std::abs(point.y - 90) <= 7 + 1e-6 && point.z >= low &&
+                   point.z <= high;
+        };
+    };
+    EXPECT_NEAR(ValueOf(scan, "top", "Mean"), MeanOf(map, inSquare(81.5, 29, 33)).z, 1e-9);
+    EXPECT_NEAR(ValueOf(scan, "block", "Mean"), MeanOf(map, inSquare(111.5, 17.5, 23.5)).z, 1e-9);
+    EXPECT_TRUE(HasPassed({{scan}}));
 }
 } // namespace
