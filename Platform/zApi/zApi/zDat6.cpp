@@ -40,9 +40,9 @@ public:
 private:
     struct Free
     {
-        void operator()(XXH3_state_t* unused) const
+        void operator()(XXH3_state_t* freed) const
         {
-            XXH3_freeState(unused);
+            XXH3_freeState(freed);
         }
     };
 
