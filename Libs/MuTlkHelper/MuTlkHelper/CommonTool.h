@@ -64,7 +64,8 @@ public:
     virtual void UpdateConfig();
 
     /// Places the tool's regions by the reference message; called in the stage of life that takes defaults, at each
-    /// execution whose set holds a data message. Each region takes the middle half of the data if it is not overridden.
+    /// execution whose set holds a data message. If it is not overridden, each region becomes a square of half the
+    /// data's shorter side, in the middle of the data.
     virtual void InitializeRegions();
 
 protected:
@@ -134,6 +135,7 @@ public:
     /// A circle around `position` in the plane with `normal`; its radius must be above 0.
     void SendFeatureCircle(ToolOutputInfo* output, const zPoint3d64f& position, const zPoint3d64f& normal,
                            double radius, bool arrayed, const zStamp* stamp);
+
     /// Sends a graphic (`TpGraphic`), of which the caller keeps its reference; a null one goes out as a null message. A
     /// disabled output sends nothing.
     /// @param spaceType  the space of its coordinates, passed on to the host
