@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
@@ -17,12 +18,18 @@ namespace
 using TaPipe::PipeDataFormat;
 using TaPipe::PipeDataType;
 
-constexpr PipeDataFormat scanFormat{PipeDataType::UniformSurface, false};
+constexpr std::array scanTypes = {PipeDataType::UniformSurface, PipeDataType::PointSurface,
+                                  PipeDataType::UniformProfile, PipeDataType::PointProfile, PipeDataType::Image};
 
 bool Takes(const TaPipe::ToolInputInfo& input, PipeDataFormat format)
 {
     const auto& accepted = input.AcceptedDataFormats();
     return accepted.empty() || std::ranges::find(accepted, format) != accepted.end();
+}
+
+bool TakesScans(const TaPipe::ToolInputInfo& input)
+{
+    return std::ranges::any_of(scanTypes, [&](PipeDataType type) { return Takes(input, {type, false}); });
 }
 
 std::string TextOf(PipeDataFormat format)
@@ -58,7 +65,7 @@ struct JobLine::Station
     void ConnectScan();
     void CheckRequiredInputs() const;
     void PutDataFirst();
-    [[nodiscard]] std::vector<Result> Execute(const Ta::Object<void*>& scan);
+    [[nodiscard]] std::vector<Result> Execute(const ScanData& scan);
 
     const ToolSetup* setup;
     ToolRunner runner;
@@ -68,6 +75,7 @@ struct JobLine::Station
 private:
     [[nodiscard]] std::string ScanInput() const;
     void CheckNamedInput() const;
+    void CheckTaken(const std::string& input, PipeDataType type) const;
 };
 
 /// The input that the scan goes to; empty if there is none.
@@ -77,7 +85,7 @@ std::string JobLine::Station::ScanInput() const
     for (std::size_t i = 0; i < tool.InputCount(); ++i)
     {
         const TaPipe::ToolInputInfo& input = tool.InputAt(i);
-        if (Takes(input, scanFormat) && !IsFed(input.Id()))
+        if (TakesScans(input) && !IsFed(input.Id()))
         {
             return input.Id();
         }
@@ -89,9 +97,9 @@ void JobLine::Station::CheckNamedInput() const
 {
     const JobPlace place = setup->place.At("input");
     const TaPipe::ToolInputInfo& input = runner.Input(setup->scanInput, place);
-    if (!Takes(input, scanFormat))
+    if (!TakesScans(input))
     {
-        place.Fail(fmt::format("input {} does not take surfaces", Quoted(input.Id())), "Name one that does");
+        place.Fail(fmt::format("input {} does not take scans", Quoted(input.Id())), "Name one that does");
     }
     if (IsFed(input.Id()))
     {
@@ -143,12 +151,27 @@ void JobLine::Station::PutDataFirst()
     });
 }
 
-std::vector<Result> JobLine::Station::Execute(const Ta::Object<void*>& scan)
+void JobLine::Station::CheckTaken(const std::string& input, PipeDataType type) const
+{
+    const TaPipe::ToolInputInfo& target = runner.Input(input, setup->place);
+    if (!Takes(target, {type, false}))
+    {
+        setup->place.Fail(fmt::format("input {} of tool {} does not take this kind of scan, {}", Quoted(input),
+                                      Quoted(setup->id), PipeDataTypeName(type)),
+                          "Give scans of a kind that it takes, or name another input as \"input\"");
+    }
+}
+
+std::vector<Result> JobLine::Station::Execute(const ScanData& scan)
 {
     std::vector<Delivery> deliveries;
     for (const Feed& feed : feeds)
     {
-        auto messages = feed.source == nullptr ? std::vector{scan} : feed.source->runner.SentOn(feed.output);
+        if (feed.source == nullptr)
+        {
+            CheckTaken(feed.input, scan.type);
+        }
+        auto messages = feed.source == nullptr ? std::vector{scan.message} : feed.source->runner.SentOn(feed.output);
         deliveries.push_back({feed.input, std::move(messages)});
     }
     return runner.Execute(deliveries);
@@ -234,7 +257,7 @@ void JobLine::Stop()
     }
 }
 
-std::vector<Result> JobLine::Execute(const Ta::Object<void*>& scan)
+std::vector<Result> JobLine::Execute(const ScanData& scan)
 {
     std::vector<std::vector<Result>> perTool(stations.size());
     for (Station* const station : order)

@@ -2,6 +2,7 @@
 
 #include <Host/Job.h>
 #include <Host/RunResult.h>
+#include <Host/ScanMessage.h>
 #include <Host/ToolRegistry.h>
 #include <Host/ToolRunner.h>
 
@@ -22,7 +23,8 @@ enum class AnchorRoutes
 /// The tools of a job, restored and routed, in an order in which tools come after those that feed them. Used in this
 /// order: the constructor, `Start`, one `Execute` for each scan, `Stop`; all but the first may repeat.
 ///
-/// A scan goes to the input that the tool's setup names, else to the first one that takes surfaces and has no route.
+/// A scan goes to the input that the tool's setup names, else to the first one that takes scans of any kind and has no
+/// route.
 /// The scan is the first item of a tool's input set, other data come next and measurements last.
 class JobLine
 {
@@ -37,8 +39,8 @@ public:
     void Start();
 
     /// The results of all tools, in the order of the job. An output that sent nothing, or is disabled, gives "no data"
-    /// to the inputs routed to it.
-    [[nodiscard]] std::vector<Result> Execute(const Ta::Object<void*>& scan);
+    /// to the inputs routed to it. @throws Error  if a tool does not take scans of that kind
+    [[nodiscard]] std::vector<Result> Execute(const ScanData& scan);
 
     void Stop();
 

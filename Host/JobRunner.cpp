@@ -11,6 +11,34 @@
 
 namespace Mu::Host
 {
+namespace
+{
+template <typename Map>
+void Describe(const Map& map, ScanResult& result)
+{
+    result.width = map.width;
+    result.length = map.length;
+    result.validCount = map.validCount;
+    result.notes = map.notes;
+}
+
+void Describe(const ProfileScan& scan, ScanResult& result)
+{
+    result.width = scan.heights.size();
+    result.length = 1;
+    result.validCount = scan.validCount;
+    result.notes = scan.notes;
+}
+
+void Describe(const ImageScan& image, ScanResult& result)
+{
+    result.width = image.width;
+    result.length = image.height;
+    result.validCount = image.pixels.size();
+    result.notes = image.notes;
+}
+} // namespace
+
 void RequireScan(const ScanSetup& setup)
 {
     try
@@ -23,19 +51,18 @@ void RequireScan(const ScanSetup& setup)
     }
 }
 
-Ta::Object<void*> ReadAsMessage(const ScanSetup& setup, std::size_t sequence, ScanResult& result)
+ScanData ReadScanData(const ScanSetup& setup, std::size_t sequence, ScanResult& result)
 {
     const std::string optionsPlace = setup.place.file.string() + ": " + setup.place.where + ".options";
-    const HeightMap map = ReadScan(setup.file, setup.options, optionsPlace);
+    const Scan scan = ReadScan(setup.file, setup.options, optionsPlace);
     result.name = setup.file.filename().string();
     result.file = setup.file.string();
-    result.width = map.width;
-    result.length = map.length;
-    result.validCount = map.validCount;
-    result.notes = map.notes;
+    std::visit([&result](const auto& anyKind) { Describe(anyKind, result); }, scan);
     try
     {
-        return MakeSurfaceMessage(map, sequence, nullptr);
+        ScanData data = MakeScanData(scan, sequence, nullptr);
+        result.dataType = data.type;
+        return data;
     }
     catch (const Ta::Exception&)
     {
@@ -56,7 +83,7 @@ RunResult RunJob(const Job& job, const ToolRegistry& registry)
     for (std::size_t i = 0; i < job.scans.size(); ++i)
     {
         ScanResult& result = run.scans.emplace_back();
-        result.results = line.Execute(ReadAsMessage(job.scans[i], i, result));
+        result.results = line.Execute(ReadScanData(job.scans[i], i, result));
     }
     line.Stop();
     return run;

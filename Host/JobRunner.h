@@ -2,9 +2,8 @@
 
 #include <Host/Job.h>
 #include <Host/RunResult.h>
+#include <Host/ScanMessage.h>
 #include <Host/ToolRegistry.h>
-
-#include <TaApi/Object.h>
 
 #include <cstddef>
 
@@ -22,5 +21,5 @@ void RequireScan(const ScanSetup& setup);
 /// Reads a scan of a job as a message for its tools; `result` gets what there is to say of the scan.
 /// @param sequence  the number in the message's stamp
 /// @throws Error  if the scan cannot be read, or handed to tools
-[[nodiscard]] Ta::Object<void*> ReadAsMessage(const ScanSetup& setup, std::size_t sequence, ScanResult& result);
+[[nodiscard]] ScanData ReadScanData(const ScanSetup& setup, std::size_t sequence, ScanResult& result);
 } // namespace Mu::Host

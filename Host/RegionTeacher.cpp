@@ -129,15 +129,15 @@ public:
         const ScanSetup setup = SetupOf(scanFile);
         RequireScan(setup);
         ScanResult scanResult;
-        const Ta::Object<void*> message = ReadAsMessage(setup, 0, scanResult);
+        const ScanData scanData = ReadScanData(setup, 0, scanResult);
         scan = scanFile.string();
         line.Start();
-        static_cast<void>(line.Execute(message));
+        static_cast<void>(line.Execute(scanData));
         line.Stop();
         CheckPlaced(line);
         line.RouteAnchors();
         line.Start();
-        static_cast<void>(line.Execute(message));
+        static_cast<void>(line.Execute(scanData));
         CheckAnchors(line);
         CheckTools(line);
         line.Stop();

@@ -105,6 +105,7 @@ json ResultJson(const RunResult& run)
         }
         scans.push_back({{"name", scan.name},
                          {"file", scan.file},
+                         {"kind", PipeDataTypeName(scan.dataType)},
                          {"width", scan.width},
                          {"length", scan.length},
                          {"validCount", scan.validCount},

@@ -53,12 +53,24 @@ std::vector<std::string> RowOf(const std::string& scan, const Result& result)
             NameOf(result.decision)};
 }
 
-std::string ScanText(const ScanResult& scan, Notes notes)
+std::string SizeText(const ScanResult& scan)
 {
+    using TaPipe::PipeDataType;
+    if (scan.dataType == PipeDataType::Image)
+    {
+        return fmt::format("{} x {} pixels", scan.width, scan.length);
+    }
     const auto samples = static_cast<double>(scan.width) * static_cast<double>(scan.length);
     const double invalid = samples > 0 ? 100 * (samples - static_cast<double>(scan.validCount)) / samples : 0;
-    std::string text = fmt::format("{}: {} x {} samples, {:.1f} % without height", TerminalText(scan.name), scan.width,
-                                   scan.length, invalid);
+    const bool isProfile = scan.dataType == PipeDataType::UniformProfile || scan.dataType == PipeDataType::PointProfile;
+    const std::string size =
+        isProfile ? fmt::format("{} points", scan.width) : fmt::format("{} x {} samples", scan.width, scan.length);
+    return fmt::format("{}, {:.1f} % without height", size, invalid);
+}
+
+std::string ScanText(const ScanResult& scan, Notes notes)
+{
+    std::string text = fmt::format("{}: {}", TerminalText(scan.name), SizeText(scan));
     if (notes == Notes::Count)
     {
         return scan.notes.empty() ? text + '\n'

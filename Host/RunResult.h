@@ -60,11 +60,12 @@ struct ScanResult
 {
     std::string name; ///< of the file, without folder
     std::string file;
-    std::size_t width = 0;
-    std::size_t length = 0;
-    std::size_t validCount = 0;
+    std::size_t width = 0;          ///< samples in a row, points of a profile
+    std::size_t length = 0;         ///< rows, 1 for a profile
+    std::size_t validCount = 0;     ///< samples with a value
     std::vector<std::string> notes; ///< of the reader
     std::vector<Result> results;
+    TaPipe::PipeDataType dataType = TaPipe::PipeDataType::UniformSurface;
 };
 
 struct RunResult

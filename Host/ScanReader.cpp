@@ -26,12 +26,12 @@ struct JobOptions
     std::string_view place;
 };
 
-HeightMap ReadTiffScan(const std::filesystem::path& file, const JobOptions& job)
+Scan ReadTiffScan(const std::filesystem::path& file, const JobOptions& job)
 {
     return ReadTiff(file, ReadTiffOptions(file, job.values, job.place));
 }
 
-HeightMap ReadX3pScan(const std::filesystem::path& file, const JobOptions& job)
+Scan ReadX3pScan(const std::filesystem::path& file, const JobOptions& job)
 {
     if (!job.values.is_null() && !job.values.empty())
     {
@@ -44,7 +44,7 @@ HeightMap ReadX3pScan(const std::filesystem::path& file, const JobOptions& job)
 struct Format
 {
     std::string_view start;
-    HeightMap (*read)(const std::filesystem::path&, const JobOptions&);
+    Scan (*read)(const std::filesystem::path&, const JobOptions&);
 };
 
 using namespace std::string_view_literals;
@@ -65,7 +65,7 @@ std::string FirstBytes(const std::filesystem::path& file)
 }
 } // namespace
 
-HeightMap ReadScan(const std::filesystem::path& file, const json& options, std::string_view optionsPlace)
+Scan ReadScan(const std::filesystem::path& file, const json& options, std::string_view optionsPlace)
 {
     const std::string start = FirstBytes(file);
     const auto format = std::ranges::find(formats, std::string_view(start), &Format::start);
@@ -85,7 +85,7 @@ HeightMap ReadScan(const std::filesystem::path& file, const json& options, std::
     }
 }
 
-HeightMap ReadScan(const std::filesystem::path& file)
+Scan ReadScan(const std::filesystem::path& file)
 {
     return ReadScan(file, json(), "");
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Host/HeightMap.h>
+#include <Host/Scan.h>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -20,9 +20,9 @@ namespace Mu::Host
 /// @param optionsPlace  where the job gives them, for messages, as in "plate.job.json, scan 2"
 /// @throws Error  whatever the reader throws; if the file is of no known format; if X3P is given options;
 ///                if memory runs out
-[[nodiscard]] HeightMap ReadScan(const std::filesystem::path& file, const nlohmann::json& options,
-                                 std::string_view optionsPlace);
+[[nodiscard]] Scan ReadScan(const std::filesystem::path& file, const nlohmann::json& options,
+                            std::string_view optionsPlace);
 
 /// The same without options from a job.
-[[nodiscard]] HeightMap ReadScan(const std::filesystem::path& file);
+[[nodiscard]] Scan ReadScan(const std::filesystem::path& file);
 } // namespace Mu::Host

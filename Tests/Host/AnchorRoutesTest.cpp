@@ -239,7 +239,7 @@ TEST_F(AnchoredJob, routed_between_runs_leaves_regions_where_they_are_and_tells_
                                   anchorsXY));
     JobLine line(job, registry, AnchorRoutes::Later);
     ScanResult scan;
-    const auto first = ReadAsMessage(job.scans[0], 0, scan);
+    const auto first = ReadScanData(job.scans[0], 0, scan);
     line.Start();
     scan.results = line.Execute(first);
     EXPECT_EQ(ValueOf(scan, "window", "X"), 6);
@@ -248,7 +248,7 @@ TEST_F(AnchoredJob, routed_between_runs_leaves_regions_where_they_are_and_tells_
     line.Start();
     scan.results = line.Execute(first);
     EXPECT_NEAR(ValueOf(scan, "window", "X"), 6, 1e-12);
-    scan.results = line.Execute(ReadAsMessage(job.scans[1], 1, scan));
+    scan.results = line.Execute(ReadScanData(job.scans[1], 1, scan));
     EXPECT_NEAR(ValueOf(scan, "window", "X"), 6 + 4 * 0.5, 1e-12);
     line.Stop();
     const json values = JsonSerializer::Serialize(line.RunnerOf("window").Tool().Params());
@@ -277,7 +277,7 @@ zPoint3d64f MeanOf(const HeightMap& map, const IsIn& isIn)
 
 TEST(Example_of_an_anchored_job, measures_in_the_regions_that_were_drawn_on_its_scan)
 {
-    const HeightMap map = ReadScan(ExampleScan("cylinder1.tif"));
+    const HeightMap map = ReadHeightMap(ExampleScan("cylinder1.tif"));
     const Job job = ReadJob(std::filesystem::path(MU_EXAMPLES_DIR) / "Jobs/cylinder.json");
     const ScanResult scan = RunJob(job, RegistryOf({})).scans.at(0);
     // Nothing of the plate but the top of the cylinder is above 28 mm.

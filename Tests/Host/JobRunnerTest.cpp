@@ -155,7 +155,7 @@ INSTANTIATE_TEST_SUITE_P(
              "tools[0].input: tool \"SurfaceHeight\" (SurfaceHeight) has no input \"Surfaces\". Did you mean "
              "\"Surface\"?"},
         Case{"scan_input_of_another_kind", R"("a.tif")", R"({"type": "Sender", "input": "Other"})", "",
-             "tools[0].input: input \"Other\" does not take surfaces."},
+             "tools[0].input: input \"Other\" does not take scans."},
         Case{"scan_input_with_a_route", R"("a.tif")",
              R"({"id": "s", "type": "Sender"}, {"id": "h", "type": "SurfaceHeight", "input": "Surface"})",
              R"({"from": "s/Copy", "to": "h/Surface"})", "tools[1].input: input \"Surface\" has a route already."},

@@ -49,7 +49,8 @@ TEST(Result_json, holds_everything_under_its_key)
 {
     const json expected = json::parse(R"({
         "version": 1, "passed": false,
-        "scans": [{"name": "a,\"b\".tif", "file": "x/a,\"b\".tif", "width": 3, "length": 2, "validCount": 5,
+        "scans": [{"name": "a,\"b\".tif", "file": "x/a,\"b\".tif", "kind": "uniform surface",
+            "width": 3, "length": 2, "validCount": 5,
             "notes": ["A note."],
             "results": [
                 {"tool": "t", "type": "T", "output": "Mean", "dataType": "measurement", "state": "value",

@@ -41,6 +41,18 @@ TEST(Result_table, shows_values_with_units_limits_and_decisions)
                                               "2 passed, 1 failed\n");
 }
 
+TEST(Result_table, tells_points_of_profiles_and_pixels_of_images)
+{
+    RunResult run;
+    run.scans.push_back({"a.csv", "a.csv", 4, 1, 3, {}, {}, PipeDataType::UniformProfile});
+    run.scans.push_back({"b.csv", "b.csv", 5, 1, 5, {}, {}, PipeDataType::PointProfile});
+    run.scans.push_back({"c.png", "c.png", 3, 2, 6, {}, {}, PipeDataType::Image});
+    const std::string text = ResultTable(run, Notes::Count);
+    EXPECT_NE(text.find("a.csv: 4 points, 25.0 % without height\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("b.csv: 5 points, 0.0 % without height\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("c.png: 3 x 2 pixels\n"), std::string::npos) << text;
+}
+
 TEST(Result_table, shows_what_is_no_value_in_words)
 {
     RunResult run;

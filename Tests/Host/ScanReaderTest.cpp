@@ -29,7 +29,7 @@ protected:
     {
         try
         {
-            const auto map = ReadScan(file, options, jobPlace);
+            const auto map = ReadHeightMap(file, options, jobPlace);
             EXPECT_EQ(map.heights.size(), map.width * map.length);
             return true;
         }
@@ -63,12 +63,12 @@ protected:
 
 TEST_F(ScanReader, Example_scans_are_read_with_nothing_but_their_sidecars)
 {
-    const auto plate = ReadScan(ExampleScan("cylinder1.tif"));
+    const auto plate = ReadHeightMap(ExampleScan("cylinder1.tif"));
     EXPECT_EQ(plate.width, 1319u);
     EXPECT_EQ(plate.length, 2101u);
     EXPECT_EQ(plate.validCount, 1747120u);
     EXPECT_EQ(plate.scaleMm, (Vector3{0.1, 0.1, 0.1}));
-    const auto land = ReadScan(ExampleScan("sample-land.x3p"));
+    const auto land = ReadHeightMap(ExampleScan("sample-land.x3p"));
     EXPECT_EQ(land.width, 918u);
     EXPECT_EQ(land.length, 256u);
 }
@@ -77,14 +77,14 @@ TEST_F(ScanReader, Format_is_known_by_content_whatever_the_name)
 {
     const auto tiff = folder / "a.x3p";
     WriteTiff<std::uint16_t>(tiff, 2, {1, 2});
-    EXPECT_EQ(ReadScan(tiff, options, jobPlace).heights, (Heights{1, 2}));
+    EXPECT_EQ(ReadHeightMap(tiff, options, jobPlace).heights, (Heights{1, 2}));
     const auto x3p = folder / "b.tif";
     WriteZip(x3p, {{"main.xml", X3pXml(2, 1, "I")}, {"bindata/data.bin", BytesOf(Heights{3, 4})}});
-    EXPECT_EQ(ReadScan(x3p).heights, (Heights{3, 4}));
+    EXPECT_EQ(ReadHeightMap(x3p).heights, (Heights{3, 4}));
     for (const char* mode : {"wl", "wb", "wl8", "wb8"})
     {
         const auto file = WriteTiff<std::uint16_t>(folder / "c.dat", 2, {5, 6}, {.mode = mode});
-        EXPECT_EQ(ReadScan(file, options, jobPlace).heights, (Heights{5, 6})) << mode;
+        EXPECT_EQ(ReadHeightMap(file, options, jobPlace).heights, (Heights{5, 6})) << mode;
     }
 }
 
@@ -92,7 +92,7 @@ TEST_F(ScanReader, Options_of_the_job_win_over_the_sidecar)
 {
     const auto file = WriteTiff<std::uint16_t>(folder / "a.tif", 2, {1, 2});
     WriteBytes(SidecarOf(file), R"({"spacing": [1, 2, 3], "invalid": 1})");
-    const auto map = ReadScan(file, options, jobPlace);
+    const auto map = ReadHeightMap(file, options, jobPlace);
     EXPECT_EQ(map.scaleMm, (Vector3{0.1, 0.1, 0.001}));
     EXPECT_EQ(map.validCount, 1u);
 }
@@ -100,15 +100,15 @@ TEST_F(ScanReader, Options_of_the_job_win_over_the_sidecar)
 TEST_F(ScanReader, Tiff_without_options_is_refused)
 {
     const auto file = WriteTiff<std::uint16_t>(folder / "a.tif", 2, {1, 2});
-    EXPECT_TRUE(Contains(ErrorOf([&] { return ReadScan(file); }), "\"spacing\""));
+    EXPECT_TRUE(Contains(ErrorOf([&] { return ReadHeightMap(file); }), "\"spacing\""));
 }
 
 TEST_F(ScanReader, X3p_with_options_is_refused_at_the_place_of_the_options)
 {
     const auto file = ExampleScan("sample-land.x3p");
-    EXPECT_TRUE(Contains(ErrorOf([&] { return ReadScan(file, options, jobPlace); }), jobPlace));
-    EXPECT_EQ(ReadScan(file, json::object(), jobPlace).width, 918u);
-    EXPECT_EQ(ReadScan(file, noOptions, jobPlace).width, 918u);
+    EXPECT_TRUE(Contains(ErrorOf([&] { return ReadHeightMap(file, options, jobPlace); }), jobPlace));
+    EXPECT_EQ(ReadHeightMap(file, json::object(), jobPlace).width, 918u);
+    EXPECT_EQ(ReadHeightMap(file, noOptions, jobPlace).width, 918u);
 }
 
 TEST_F(ScanReader, Files_of_other_formats_are_refused)
@@ -116,10 +116,11 @@ TEST_F(ScanReader, Files_of_other_formats_are_refused)
     for (const char* text : {"", "II", "solid part", "\x89PNG\r\n"})
     {
         WriteBytes(folder / "a.tif", text);
-        EXPECT_TRUE(Contains(ErrorOf([&] { return ReadScan(folder / "a.tif"); }), "a.tif: first bytes: "));
+        EXPECT_TRUE(Contains(ErrorOf([&] { return ReadHeightMap(folder / "a.tif"); }), "a.tif: first bytes: "));
     }
-    EXPECT_TRUE(Contains(ErrorOf([&] { return ReadScan(folder / "none.tif"); }), "none.tif: there is no such file"));
-    EXPECT_TRUE(Contains(ErrorOf([&] { return ReadScan(folder / "."); }), "not a file"));
+    EXPECT_TRUE(
+        Contains(ErrorOf([&] { return ReadHeightMap(folder / "none.tif"); }), "none.tif: there is no such file"));
+    EXPECT_TRUE(Contains(ErrorOf([&] { return ReadHeightMap(folder / "."); }), "not a file"));
 }
 
 TEST_F(ScanReader, Scan_beyond_the_memory_is_refused)
@@ -135,7 +136,7 @@ TEST_F(ScanReader, Scan_beyond_the_memory_is_refused)
         const rlimit bound{inUse + (rlim_t{64} << 20), RLIM_INFINITY};
         if (setrlimit(RLIMIT_AS, &bound) == 0)
         {
-            std::cerr << ErrorOf([&] { return ReadScan(file); });
+            std::cerr << ErrorOf([&] { return ReadHeightMap(file); });
         }
         std::exit(0);
     };
@@ -146,7 +147,7 @@ TEST_F(ScanReader, Text_from_files_reaches_messages_in_printable_form_only)
 {
     const auto xml = Replaced(X3pXml(2, 2, "D"), "SUR", "\x1b[31m\xff" + std::string(500, 'x'));
     const auto file = WriteZip(folder / "a.x3p", {{"main.xml", xml}});
-    const auto message = ErrorOf([&] { return ReadScan(file); });
+    const auto message = ErrorOf([&] { return ReadHeightMap(file); });
     EXPECT_TRUE(Contains(message, "?[31m?xxx"));
     EXPECT_LT(message.size(), file.string().size() + 300);
 }

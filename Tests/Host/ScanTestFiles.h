@@ -1,7 +1,7 @@
 #pragma once
 
 #include <Host/Error.h>
-#include <Host/HeightMap.h>
+#include <Host/ScanReader.h>
 
 #include <gtest/gtest.h>
 #include <tiffio.h>
@@ -28,6 +28,13 @@ namespace Mu::Host::Testing
 inline std::filesystem::path ExampleScan(std::string_view name)
 {
     return std::filesystem::path(MU_EXAMPLES_DIR) / "Scans" / name;
+}
+
+/// A scan that is known to be a height map.
+template <typename... Arguments>
+HeightMap ReadHeightMap(const Arguments&... arguments)
+{
+    return std::get<HeightMap>(ReadScan(arguments...));
 }
 
 /// A folder of its own that lives as long as the object.

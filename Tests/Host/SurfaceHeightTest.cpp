@@ -194,14 +194,14 @@ TEST_F(SurfaceHeight, agrees_with_a_naive_reference_on_real_scans)
 {
     for (const char* const scan : {"cylinder1.tif", "sample-land.x3p"})
     {
-        const HeightMap map = ReadScan(ExampleScan(scan));
+        const HeightMap map = ReadHeightMap(ExampleScan(scan));
         ExpectAsReference(Measure(MakeSurfaceMessage(map, 0, nullptr)), map);
     }
 }
 
 TEST_F(SurfaceHeight, of_the_plate_is_what_its_publishers_tell)
 {
-    const auto results = Measure(MakeSurfaceMessage(ReadScan(ExampleScan("cylinder1.tif")), 0, nullptr));
+    const auto results = Measure(MakeSurfaceMessage(ReadHeightMap(ExampleScan("cylinder1.tif")), 0, nullptr));
     EXPECT_NEAR(ValueOf(results, "Minimum"), 0.1, 1e-9);
     EXPECT_NEAR(ValueOf(results, "Maximum"), 31.3, 1e-9);
     // 1 024 099 of 1319 x 2101 samples are invalid.
