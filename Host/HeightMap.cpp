@@ -1,6 +1,7 @@
 #include <Host/HeightMap.h>
 
 #include <Host/Error.h>
+#include <Host/SampleLevels.h>
 
 #include <fmt/format.h>
 
@@ -13,8 +14,8 @@ namespace Mu::Host
 {
 namespace
 {
-constexpr std::int32_t highestCount = std::numeric_limits<std::int16_t>::max();
-constexpr std::int32_t lowestCount = -highestCount;
+constexpr std::int32_t highestCount = SampleLevels::highestCount;
+constexpr std::int32_t lowestCount = SampleLevels::lowestCount;
 constexpr std::int64_t countSpan = std::int64_t{highestCount} - lowestCount;
 
 // The two answers to "is sample i valid": types of their own, so that a map without invalid samples pays no look-up.
@@ -147,35 +148,19 @@ struct HeightRange
     double highest;
 };
 
-/// Chooses offset and scale so that the range takes all counts; gives the height (before the offset) of count 0.
-double ChooseLevels(HeightMap& map, const HeightRange& range)
-{
-    const double span = range.highest - range.lowest;
-    const double centre = range.lowest + span / 2;
-    if (span > 0)
-    {
-        // A span so small that its steps lose bits is spread over fewer counts.
-        map.scaleMm.z = std::max(span / static_cast<double>(countSpan), std::numeric_limits<double>::min());
-    }
-    map.offsetMm.z += centre;
-    return centre;
-}
-
 template <typename Sample, typename Validity>
 void RoundHeights(HeightMap& map, const SampleRange<Sample>& range, std::span<const Sample> samples, Validity isValid)
 {
     const double spacing = map.scaleMm.z;
     const HeightRange inMm{static_cast<double>(range.lowest) * spacing, static_cast<double>(range.highest) * spacing};
-    const double centre = ChooseLevels(map, inMm);
-    const double countsPerMm = 1 / map.scaleMm.z;
+    const SampleLevels levels(inMm.lowest, inMm.highest, spacing);
+    map.scaleMm.z = levels.Scale();
+    map.offsetMm.z += levels.Offset();
     for (std::size_t i = 0; i < samples.size(); ++i)
     {
         const bool usable = isValid(i) && IsNumber(samples[i]);
-        const double height = usable ? static_cast<double>(samples[i]) * spacing : centre;
-        const double exact = std::clamp<double>((height - centre) * countsPerMm, lowestCount, highestCount);
-        // Truncation of a positive number rounds as a vector instruction, which std::lround does not.
-        const std::int32_t count = static_cast<std::int32_t>(exact + (0.5 + highestCount + 1)) - (highestCount + 1);
-        map.heights[i] = static_cast<std::int16_t>(usable ? count : HeightMap::nullHeight);
+        const std::int16_t count = levels.CountOf(usable ? static_cast<double>(samples[i]) * spacing : levels.Offset());
+        map.heights[i] = usable ? count : HeightMap::nullHeight;
     }
     map.notes.push_back(fmt::format("Heights from {} to {} mm (before the offset) were rounded to steps of {} mm.",
                                     inMm.lowest, inMm.highest, map.scaleMm.z));

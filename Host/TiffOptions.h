@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Host/HeightMap.h>
+#include <Host/ScanOptions.h>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -27,9 +28,6 @@ struct TiffOptions
     std::optional<double> invalid;
     ImageAxis alongX = ImageAxis::Columns;
 };
-
-/// The small file that carries the options of `scan`: its name followed by ".json".
-[[nodiscard]] std::filesystem::path SidecarOf(const std::filesystem::path& scan);
 
 /// The options of a TIFF file: those of its sidecar, if there is one, and over them, key by key, those of the job.
 /// @param fromJob   an object, or null if the job gives none
