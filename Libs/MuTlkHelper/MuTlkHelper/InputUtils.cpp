@@ -424,7 +424,7 @@ void WriteCloudRow(const SurfaceView& surface, std::size_t row, zPoint3d32f* out
         return;
     }
     const auto* const triples = surface.Row<zPoint3d16s>(row);
-    WriteCloudRow(out, surface.width, TriplePoints{surface.frame, triples}, [triples](std::size_t i) {
+    WriteCloudRow(out, surface.width, TriplePoints(surface.frame, triples), [triples](std::size_t i) {
         return triples[i].x == zNULL_16S || triples[i].y == zNULL_16S || triples[i].z == zNULL_16S;
     });
 }
@@ -451,7 +451,7 @@ static void GetPointsFromRegionUnresampled(void* message, const Region3d<double>
     const SurfaceView surface(message);
     ListRun<zPoint3d64f> list(MU_HERE, handle);
     WalkTriples(surface, region, list, [&surface](std::size_t /*row*/, const zPoint3d16s* triples) {
-        return TriplePoints{surface.frame, triples};
+        return TriplePoints(surface.frame, triples);
     });
 }
 

@@ -96,7 +96,7 @@ public:
 
     /// Makes room for `count` items more. A list that holds items already at least doubles, so that many small runs do
     /// not copy them each time.
-    void Reserve(std::size_t count)
+    [[gnu::noinline]] void Reserve(std::size_t count)
     {
         if (HasRoom(count))
         {

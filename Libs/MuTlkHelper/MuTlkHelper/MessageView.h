@@ -114,6 +114,8 @@ struct ProfileView
 /// A row of height pixels.
 struct GridPoints
 {
+    using Sample = z16s;
+
     Frame frame;
     double y;
     const z16s* pixels;
@@ -123,36 +125,113 @@ struct GridPoints
         // Columns fit 32 bits, which turn into doubles at a fraction of the cost of 64.
         return {frame.x.World(static_cast<z32s>(column)), y, frame.z.World(pixels[column])};
     }
+
+    [[nodiscard]] const Sample* Samples() const
+    {
+        return pixels;
+    }
+
+    template <typename Number>
+    void Run(const Sample* samples, std::size_t count, const Number& number, zPoint3d64f* items) const
+    {
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            items[i] = {frame.x.World(static_cast<z32s>(number(i))), y, frame.z.World(samples[i])};
+        }
+    }
 };
 
 /// Triples with a place of their own.
-struct TriplePoints
+class TriplePoints
 {
-    Frame frame;
-    const zPoint3d16s* triples;
+public:
+    using Sample = zPoint3d16s;
+
+    TriplePoints(const Frame& newFrame, const zPoint3d16s* elements)
+        : frame(newFrame)
+        , triples(elements)
+    {
+        for (std::size_t i = 0; i < AT_ONCE; ++i)
+        {
+            const Axis& axis = i % 3 == 0 ? frame.x : i % 3 == 1 ? frame.y : frame.z;
+            scales[i] = axis.scale;
+            offsets[i] = axis.offset;
+        }
+    }
 
     zPoint3d64f operator()(std::size_t element) const
     {
         const zPoint3d16s& triple = triples[element];
         return {frame.x.World(triple.x), frame.y.World(triple.y), frame.z.World(triple.z)};
     }
+
+    [[nodiscard]] const Sample* Samples() const
+    {
+        return triples;
+    }
+
+    /// Components turn into coordinates in the order in which they stand, four whole triples at a time, so that vectors
+    /// need not be shuffled.
+    template <typename Number>
+    void Run(const Sample* samples, std::size_t count, const Number& /*number*/, zPoint3d64f* items) const
+    {
+        static_assert(sizeof(zPoint3d64f) == 3 * sizeof(double));
+        const auto ownScales = scales; // the items are doubles, which might be those of the axes for all one can see
+        const auto ownOffsets = offsets;
+        const auto* const components = reinterpret_cast<const z16s*>(samples);
+        auto* const coordinates = reinterpret_cast<double*>(items);
+        const std::size_t rest = count % (AT_ONCE / 3);
+        const std::size_t whole = (count - rest) * 3;
+        for (std::size_t first = 0; first < whole; first += AT_ONCE)
+        {
+            for (std::size_t i = 0; i < AT_ONCE; ++i)
+            {
+                coordinates[first + i] = PixelToWorld(components[first + i], ownOffsets[i], ownScales[i]);
+            }
+        }
+        for (std::size_t i = count - rest; i < count; ++i)
+        {
+            items[i] = {frame.x.World(samples[i].x), frame.y.World(samples[i].y), frame.z.World(samples[i].z)};
+        }
+    }
+
+private:
+    static constexpr std::size_t AT_ONCE = 12;
+
+    Frame frame;
+    const zPoint3d16s* triples;
+    std::array<double, AT_ONCE> scales;
+    std::array<double, AT_ONCE> offsets;
 };
 
 /// A line of height pixels.
 struct LinePoints
 {
+    using Sample = z16s;
+
     Frame frame;
     const z16s* pixels;
 
-    zPoint64f operator()(std::size_t column) const
+    [[nodiscard]] const Sample* Samples() const
     {
-        return {frame.x.World(static_cast<z32s>(column)), frame.z.World(pixels[column])};
+        return pixels;
+    }
+
+    template <typename Number>
+    void Run(const Sample* samples, std::size_t count, const Number& number, zPoint64f* items) const
+    {
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            items[i] = {frame.x.World(static_cast<z32s>(number(i))), frame.z.World(samples[i])};
+        }
     }
 };
 
 /// Pairs with a place of their own, their z in the second component.
 struct PairPoints
 {
+    using Sample = zPoint16s;
+
     Frame frame;
     const zPoint16s* pairs;
 
@@ -160,16 +239,38 @@ struct PairPoints
     {
         return {frame.x.World(pairs[element].x), frame.z.World(pairs[element].y)};
     }
+
+    [[nodiscard]] const Sample* Samples() const
+    {
+        return pairs;
+    }
+
+    template <typename Number>
+    void Run(const Sample* samples, std::size_t count, const Number& /*number*/, zPoint64f* items) const
+    {
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            items[i] = {frame.x.World(samples[i].x), frame.z.World(samples[i].y)};
+        }
+    }
 };
 
 /// A row of intensities.
 struct Intensities
 {
+    using Sample = z8u;
+
     const z8u* row;
 
-    z8u operator()(std::size_t element) const
+    [[nodiscard]] const Sample* Samples() const
     {
-        return row[element];
+        return row;
+    }
+
+    template <typename Number>
+    void Run(const Sample* samples, std::size_t count, const Number& /*number*/, z8u* items) const
+    {
+        std::copy_n(samples, count, items);
     }
 };
 

@@ -2,10 +2,13 @@
 
 #include <MuTlkHelper/ListRun.h>
 #include <MuTlkHelper/PixelWorld.h>
+#include <MuTlkHelper/VectorCode.h>
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -120,26 +123,22 @@ private:
             within[i] = windows.Hold(i, block[i]);
         }
         std::fill_n(within.begin() + static_cast<std::ptrdiff_t>(count * COMPONENTS), BEHIND, z8u{0});
-        if (!HasRun(within, count))
+        if (!JoinNeighbours(within, count))
         {
             std::fill_n(flags.begin(), count, z8u{0});
             return;
         }
         for (std::size_t i = 0; i < count; ++i)
         {
-            z8u all = within[i * COMPONENTS];
-            for (std::size_t component = 1; component < COMPONENTS; ++component)
-            {
-                all &= within[i * COMPONENTS + component];
-            }
-            flags[i] = all;
+            flags[i] = within[i * COMPONENTS];
         }
     }
 
-    // Whether enough neighbouring values lie in their windows, whatever elements they belong to. Where rows or
-    // stretches of an image miss a box, this tells so in a tenth of the time.
+    // Makes of each value's flag that of it and those behind it, as many as an element has, whatever elements they
+    // belong to; false if none is left. Where rows or stretches of an image miss a box, this tells so in a tenth of the
+    // time.
     template <typename Within>
-    static bool HasRun(const Within& within, std::size_t count)
+    static bool JoinNeighbours(Within& within, std::size_t count)
     {
         z8u any = 0;
         for (std::size_t i = 0; i < count * COMPONENTS; ++i)
@@ -149,6 +148,7 @@ private:
             {
                 all &= within[i + next];
             }
+            within[i] = all;
             any |= all;
         }
         return any != 0;
@@ -168,18 +168,58 @@ inline std::size_t CountOf(const Flags& flags, std::size_t count)
     return kept;
 }
 
-/// The places of the flagged elements of a block.
-using Places = std::array<z8u, BLOCK>;
+/// The places of the flagged elements of a block, and room for what is written behind the last.
+using Places = std::array<z8u, BLOCK + 8>;
 
+/// For each set of 8 flags the places of those that are set, lowest first, a byte each.
+inline constexpr std::array<z64u, 256> PLACES_OF_SET = [] {
+    std::array<z64u, 256> table{};
+    for (std::size_t set = 0; set < table.size(); ++set)
+    {
+        int found = 0;
+        for (unsigned place = 0; place < 8; ++place)
+        {
+            if ((set >> place & 1) != 0)
+            {
+                table[set] |= z64u{place} << (8 * found++);
+            }
+        }
+    }
+    return table;
+}();
+
+/// Eight flags at a time: a multiplication gathers their bytes into the bits of a set, another one counts them.
 inline std::size_t PlacesOf(const Flags& flags, std::size_t count, Places& places)
 {
+    static_assert(std::endian::native == std::endian::little);
+    constexpr z64u EACH_BYTE = 0x0101010101010101;
+    constexpr z64u GATHER = 0x0102040810204080;
     std::size_t found = 0;
-    for (std::size_t i = 0; i < count; ++i)
+    std::size_t i = 0;
+    for (; i + 8 <= count; i += 8)
+    {
+        z64u eight;
+        std::memcpy(&eight, &flags[i], sizeof(eight));
+        const z64u behind = PLACES_OF_SET[eight * GATHER >> 56] + i * EACH_BYTE;
+        std::memcpy(&places[found], &behind, sizeof(behind));
+        found += eight * EACH_BYTE >> 56;
+    }
+    for (; i < count; ++i)
     {
         places[found] = static_cast<z8u>(i);
         found += flags[i];
     }
     return found;
+}
+
+inline Flags Inverted(const Flags& flags)
+{
+    Flags inverted;
+    for (std::size_t i = 0; i < BLOCK; ++i)
+    {
+        inverted[i] = flags[i] ^ 1;
+    }
+    return inverted;
 }
 
 /// Keeps those candidates of another selection for which a test of the element's number is true.
@@ -198,6 +238,15 @@ public:
         Places places;
         candidates(first, count, flags);
         const std::size_t found = PlacesOf(flags, count, places);
+        if (found * 4 > count)
+        {
+            // A test of each, in a plain loop, costs less than that of candidates one by one.
+            for (std::size_t i = 0; i < count; ++i)
+            {
+                flags[i] &= static_cast<z8u>(test(first + i));
+            }
+            return;
+        }
         for (std::size_t i = 0; i < found; ++i)
         {
             flags[places[i]] = test(first + places[i]) ? 1 : 0;
@@ -223,7 +272,9 @@ std::size_t CountKept(const Span& span, const Selection& selection)
     return kept;
 }
 
-/// Adds what `make` makes of the kept elements to a list.
+/// Adds what `make` makes of the kept elements to a list. `make.Samples()` is what elements are read of, and
+/// `make.Run(samples, count, number, items)` makes items of `count` samples, of which the i-th is that of element
+/// `number(i)`, in a plain loop.
 template <typename Item, typename Make>
 class Output
 {
@@ -234,31 +285,38 @@ public:
     {
     }
 
-    /// The `count` elements `first + at(0)`, `first + at(1)`, ...
-    template <typename At>
-    void Take(std::size_t first, std::size_t count, const At& at) const
+    /// The `count` elements from `first` on.
+    void TakeAll(std::size_t first, std::size_t count) const
     {
-        Item* const items = list.Room(count);
-        for (std::size_t i = 0; i < count; ++i)
-        {
-            items[i] = make(first + at(i));
-        }
+        make.Run(
+            make.Samples() + first, count, [first](std::size_t i) { return first + i; }, list.Room(count));
         list.Added(count);
     }
 
-    /// The flagged ones of the `count` elements from `first` on. Each is written behind those before, and the place
-    /// moves on only if it is kept: cheaper than to look up their places first, as long as most are kept. Takes room
-    /// for all.
-    void TakeFlagged(std::size_t first, std::size_t count, const Flags& flags) const
+    /// The elements `first + places[0]`, ..., `first + places[count - 1]`. Their samples are gathered first, so that
+    /// the loop over them is the same.
+    void TakePlaces(std::size_t first, std::size_t count, const Places& places) const
     {
-        Item* const items = list.Room(count);
-        std::size_t kept = 0;
+        const auto* const samples = make.Samples() + first;
+        std::array<typename Make::Sample, BLOCK> gathered;
         for (std::size_t i = 0; i < count; ++i)
         {
-            items[kept] = make(first + i);
-            kept += flags[i];
+            gathered[i] = samples[places[i]];
         }
-        list.Added(kept);
+        TakeGathered(gathered.data(), first, count, places);
+    }
+
+    /// All but a few of the `count` elements from `first` on: those at `first + dropped[0]` and so on are left out. Run
+    /// by run, which is cheaper than to gather samples, as long as the runs are long.
+    void TakeMost(std::size_t first, std::size_t count, const Places& dropped, std::size_t droppedCount) const
+    {
+        std::size_t begin = 0;
+        for (std::size_t i = 0; i < droppedCount; ++i)
+        {
+            TakeAll(first + begin, dropped[i] - begin);
+            begin = dropped[i] + std::size_t{1};
+        }
+        TakeAll(first + begin, count - begin);
     }
 
     [[nodiscard]] bool HasRoom(std::size_t count) const
@@ -267,14 +325,29 @@ public:
     }
 
 private:
+    void TakeGathered(const typename Make::Sample* gathered, std::size_t first, std::size_t count,
+                      const Places& places) const
+    {
+        const auto number = [first, &places](std::size_t i) { return first + places[i]; };
+        make.Run(gathered, count, number, list.Room(count));
+        list.Added(count);
+    }
+
     ListRun<Item>& list;
     Make make;
 };
 
-/// Hands the kept elements of `span` to the outputs, in order. `makeRoom(first)` is called where their room does not do
-/// for those from `first` on.
+// Kept out of the loops, however much of what they call becomes part of them.
+template <typename MakeRoom>
+[[gnu::noinline, gnu::cold]] void CallSeldom(const MakeRoom& makeRoom, std::size_t first)
+{
+    makeRoom(first);
+}
+
+/// The loop of `WalkSpan`, for whoever compiles it.
 template <typename Selection, typename MakeRoom, typename... Outputs>
-void WalkSpan(const Span& span, const Selection& selection, const MakeRoom& makeRoom, const Outputs&... outputs)
+[[gnu::always_inline]] inline void WalkSpanInline(const Span& span, const Selection& selection,
+                                                  const MakeRoom& makeRoom, const Outputs&... outputs)
 {
     Flags flags;
     Places places;
@@ -285,22 +358,47 @@ void WalkSpan(const Span& span, const Selection& selection, const MakeRoom& make
         const std::size_t kept = CountOf(flags, count);
         if (!(outputs.HasRoom(kept) && ...)) [[unlikely]]
         {
-            makeRoom(first);
+            CallSeldom(makeRoom, first);
         }
         if (kept == count)
         {
-            (outputs.Take(first, kept, [](std::size_t i) { return i; }), ...);
+            (outputs.TakeAll(first, kept), ...);
         }
-        else if (kept * 2 > count && (outputs.HasRoom(count) && ...))
+        else if (kept * 8 >= count * 7)
         {
-            (outputs.TakeFlagged(first, count, flags), ...);
+            const std::size_t dropped = PlacesOf(Inverted(flags), count, places);
+            (outputs.TakeMost(first, count, places, dropped), ...);
         }
         else if (kept != 0)
         {
             PlacesOf(flags, count, places);
-            (outputs.Take(first, kept, [&places](std::size_t i) { return std::size_t{places[i]}; }), ...);
+            (outputs.TakePlaces(first, kept, places), ...);
         }
     }
+}
+
+#if MU_HAS_AVX2_CODE
+template <typename Selection, typename MakeRoom, typename... Outputs>
+[[gnu::target("avx2"), gnu::flatten]] void WalkSpanAvx2(const Span& span, const Selection& selection,
+                                                        const MakeRoom& makeRoom, const Outputs&... outputs)
+{
+    WalkSpanInline(span, selection, makeRoom, outputs...);
+}
+#endif
+
+/// Hands the kept elements of `span` to the outputs, in order. `makeRoom(first)` is called where their room does not do
+/// for those from `first` on.
+template <typename Selection, typename MakeRoom, typename... Outputs>
+void WalkSpan(const Span& span, const Selection& selection, const MakeRoom& makeRoom, const Outputs&... outputs)
+{
+#if MU_HAS_AVX2_CODE
+    if (BestVectorCode() == VectorCode::Avx2)
+    {
+        WalkSpanAvx2(span, selection, makeRoom, outputs...);
+        return;
+    }
+#endif
+    WalkSpanInline(span, selection, makeRoom, outputs...);
 }
 
 /// Walks `rows`. `row(number)` gives the span, the selection and the outputs of a row, `lists` are those that the
