@@ -113,7 +113,10 @@ std::string ResultTable(const RunResult& run, Notes notes)
         const std::string name = TerminalText(scan.name);
         for (const Result& result : scan.results)
         {
-            rows.push_back(RowOf(name, result));
+            if (result.dataType != TaPipe::PipeDataType::Rendering)
+            {
+                rows.push_back(RowOf(name, result));
+            }
         }
         below += ScanText(scan, notes);
     }

@@ -13,7 +13,7 @@ enum class Notes
 };
 
 /// The results of a run for people: a table of at most 80 columns, as far as names can be shortened, one line for each
-/// result, a line on each scan below it, and a last line on the decisions if there are any. UTF-8.
+/// result but drawings, a line on each scan below it, and a last line on the decisions if there are any. UTF-8.
 [[nodiscard]] std::string ResultTable(const RunResult& run, Notes notes);
 
 /// A number for people: six significant digits.

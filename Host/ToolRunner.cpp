@@ -48,6 +48,11 @@ bool IsNull(const Ta::Object<void*>& message)
     return !message || xzCastClass_ObjectIs(message.Get(), zTypeOf(TvNullMsg));
 }
 
+bool IsDrawing(const Ta::Object<void*>& message)
+{
+    return message && xzCastClass_ObjectIs(message.Get(), zTypeOf(TvRenderingMsg));
+}
+
 void ReadMessage(const Ta::Object<void*>& message, Result& result)
 {
     if (IsNull(message))
@@ -354,7 +359,11 @@ bool ToolRunner::GaveOnlyNulls() const
     const auto isNull = [](const auto& entry) {
         return !entry.second.empty() && std::ranges::all_of(entry.second, IsNull);
     };
-    return !sent.empty() && std::ranges::all_of(sent, isNull);
+    const auto isDrawing = [](const auto& entry) {
+        return !entry.second.empty() && std::ranges::all_of(entry.second, IsDrawing);
+    };
+    return std::ranges::any_of(sent, isNull) &&
+           std::ranges::all_of(sent, [&](const auto& entry) { return isNull(entry) || isDrawing(entry); });
 }
 
 std::vector<Result> ToolRunner::Execute(const std::vector<Delivery>& deliveries)

@@ -86,7 +86,8 @@ public:
         return takesDefaults;
     }
 
-    /// Whether the last execution sent messages, but none with data: it failed, or there was nothing to find.
+    /// Whether the last execution sent null messages and nothing else but graphics: it failed, or there was nothing to
+    /// find. A tool draws where it looked even then.
     [[nodiscard]] bool GaveOnlyNulls() const;
 
     TaPipe::IOutputReceiver& OutputReceiver() override;

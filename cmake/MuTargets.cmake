@@ -53,18 +53,18 @@ endfunction()
 
 set(MU_CMAKE_DIR ${CMAKE_CURRENT_LIST_DIR})
 
-# mu_add_plugin(<name> SOURCES <file>...)
+# mu_add_plugin(<name> SOURCES <file>... [LIBS <target>...])
 # A module with tools, of which only the entry is visible.
 function(mu_add_plugin name)
-    cmake_parse_arguments(arg "" "" "SOURCES" ${ARGN})
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
     add_library(${name} MODULE ${arg_SOURCES})
     mu_target_defaults(${name})
-    target_link_libraries(${name} PRIVATE Mu::MuTlkHelper)
+    target_link_libraries(${name} PRIVATE Mu::MuTlkHelper ${arg_LIBS})
     target_link_options(${name} PRIVATE -Wl,--version-script=${MU_CMAKE_DIR}/plugin.map)
     set_target_properties(${name} PROPERTIES PREFIX "" LINK_DEPENDS ${MU_CMAKE_DIR}/plugin.map)
 endfunction()
 
-# mu_add_tool(<name> SOURCES <file>...)
+# mu_add_tool(<name> SOURCES <file>... [LIBS <target>...])
 # A plug-in that goes where the program finds its tools, in the build tree and installed.
 set(MU_TOOLS_INSTALL_DIR lib/mutlk/tools)
 function(mu_add_tool name)

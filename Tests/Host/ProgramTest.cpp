@@ -87,7 +87,13 @@ TEST_F(Program, lists_the_tools_beside_it)
     EXPECT_TRUE(Contains(ended.out, "SurfaceHeight    1.0.0    Height"));
     const Ended asJson = Run("list --json");
     EXPECT_EQ(asJson.code, 0);
-    EXPECT_EQ(json::parse(asJson.out)[0]["type"], "SurfaceHeight");
+    std::vector<std::string> types;
+    for (const json& tool : json::parse(asJson.out))
+    {
+        types.push_back(tool["type"]);
+    }
+    EXPECT_EQ(types, (std::vector<std::string>{"FeatureDistance", "ProfilePosition", "SurfaceHeight", "SurfacePlane",
+                                               "SurfacePosition"}));
 }
 
 TEST_F(Program, reports_broken_plugins_and_lists_the_others)
@@ -112,8 +118,9 @@ TEST_F(Program, inspects_a_tool)
     EXPECT_EQ(tool["type"], "SurfaceHeight");
     EXPECT_EQ(tool["inputs"][0]["id"], "Surface");
     EXPECT_EQ(tool["inputs"][0]["optional"], false);
-    EXPECT_EQ(tool["outputs"].size(), 6U);
+    EXPECT_EQ(tool["outputs"].size(), 7U);
     EXPECT_EQ(tool["outputs"][5]["units"], "%");
+    EXPECT_EQ(tool["outputs"][6]["id"], "Graphic");
     EXPECT_EQ(tool["parameters"]["type"], "object");
 }
 
@@ -184,7 +191,7 @@ TEST_F(Program, writes_the_same_numbers_as_json_and_csv)
     EXPECT_EQ(ended.code, 0) << ended.err;
     const json document = json::parse(ReadBytes(folder / "r.json"));
     const std::vector<std::string> csv = Lines(ReadBytes(folder / "r.csv"));
-    ASSERT_EQ(csv.size(), 13U);
+    ASSERT_EQ(csv.size(), 15U);
     std::size_t line = 1;
     for (const json& scan : document["scans"])
     {
@@ -199,7 +206,9 @@ TEST_F(Program, writes_the_same_numbers_as_json_and_csv)
             ASSERT_EQ(fields.size(), 10U);
             EXPECT_EQ(fields[0], scan["file"]);
             EXPECT_EQ(fields[2], result["output"]);
-            EXPECT_EQ(std::stod(fields[5]), result["value"].get<double>());
+            // All but the graphic are numbers.
+            ASSERT_EQ(fields[4], fields[2] == "Graphic" ? "data" : "value");
+            EXPECT_EQ(fields[5].empty() ? json() : json(std::stod(fields[5])), result.value("value", json()));
             EXPECT_EQ(fields[9], result.value("decision", ""));
         }
     }
@@ -213,7 +222,7 @@ TEST_F(Program, shows_json_or_csv_in_place_of_the_table)
     const Ended asJson = Run("run SurfaceHeight a.tif --json -");
     EXPECT_EQ(json::parse(asJson.out)["scans"].size(), 1U);
     const Ended asCsv = Run("run SurfaceHeight a.tif --csv -");
-    EXPECT_EQ(Lines(asCsv.out).size(), 7U);
+    EXPECT_EQ(Lines(asCsv.out).size(), 8U);
 }
 
 TEST_F(Program, tells_its_version_and_help)

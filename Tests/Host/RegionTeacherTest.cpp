@@ -314,6 +314,9 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"tool_that_fails", And(finder, R"({"id": "window", "type": "BrokenWindow", "parameters": {"Region":
                                                {"x": 3}}})"),
              anchors, "a.tif", "tools[1]", "tool \"window\" gives nothing on /"},
+        Case{"tool_that_finds_nothing_and_draws_where", And(finder, R"({"id": "window", "type": "SurfacePosition",
+                "parameters": {"Region": {"x": 500, "y": 500}}})"),
+             anchors, "a.tif", "tools[1]", "tool \"window\" gives nothing on /"},
         Case{"tool_that_fails_in_stop", And(finder, And(drawn, R"({"type": "FailsInStop"})")), anchors, "a.tif",
              "tools[2]", "tool \"FailsInStop\" (FailsInStop) failed when it stopped"},
         Case{"no_region", And(finder, R"({"id": "window", "type": "Follower"})"), anchors, "a.tif", "tools",

@@ -53,6 +53,19 @@ TEST(Result_table, tells_points_of_profiles_and_pixels_of_images)
     EXPECT_NE(text.find("c.png: 3 x 2 pixels\n"), std::string::npos) << text;
 }
 
+TEST(Result_table, leaves_out_what_is_drawn)
+{
+    RunResult run;
+    run.scans.push_back({"a.tif", "a.tif", 1, 1, 1, {}, {}});
+    run.scans[0].results = {Measured("Mean", 12, {}, Decision::None),
+                            Without("Graphic", ResultState::Data, PipeDataType::Rendering),
+                            Without("Sketch", ResultState::Null, PipeDataType::Rendering)};
+    EXPECT_EQ(ResultTable(run, Notes::Count), "scan   tool    output  value\n"
+                                              "a.tif  height  Mean       12  mm\n"
+                                              "\n"
+                                              "a.tif: 1 x 1 samples, 0.0 % without height\n");
+}
+
 TEST(Result_table, shows_what_is_no_value_in_words)
 {
     RunResult run;
@@ -60,15 +73,15 @@ TEST(Result_table, shows_what_is_no_value_in_words)
     run.scans[0].results = {Without("A", ResultState::Null, PipeDataType::Measurement),
                             Without("B", ResultState::NotSent, PipeDataType::Measurement),
                             Without("C", ResultState::EmptyArray, PipeDataType::Measurement),
-                            Without("D", ResultState::Data, PipeDataType::Rendering)};
+                            Without("D", ResultState::Data, PipeDataType::PlaneFeature)};
     run.scans[0].results[0].limits = {1, 2};
     run.scans[0].results[0].decision = Decision::Null;
     run.scans[0].results[1].index = 3;
-    EXPECT_EQ(ResultTable(run, Notes::Count), "scan   tool    output      value  limits  decision\n"
-                                              "a.tif  height  A            null  1 to 2  null\n"
-                                              "a.tif  height  B[3]     not sent\n"
-                                              "a.tif  height  C           empty\n"
-                                              "a.tif  height  D       rendering\n"
+    EXPECT_EQ(ResultTable(run, Notes::Count), "scan   tool    output          value  limits  decision\n"
+                                              "a.tif  height  A                null  1 to 2  null\n"
+                                              "a.tif  height  B[3]         not sent\n"
+                                              "a.tif  height  C               empty\n"
+                                              "a.tif  height  D       plane feature\n"
                                               "\n"
                                               "a.tif: 1 x 1 samples, 0.0 % without height\n"
                                               "0 passed, 0 failed, 1 without a value to decide on\n");

@@ -3,7 +3,7 @@
 #include <Host/ScanMessage.h>
 #include <Host/ScanReader.h>
 
-#include "HostTestFiles.h"
+#include "ToolRun.h"
 
 #include <Support/Builders.h>
 
@@ -259,6 +259,58 @@ TEST_F(SurfaceHeight, of_a_region_without_heights_is_null_and_the_share_is_0)
     const auto results = MeasureSurface(registry, "SurfaceHeight", values, Support::Surface({{1, 2}}));
     EXPECT_EQ(ResultOf(results, "Mean").state, ResultState::Null);
     EXPECT_EQ(ValueOf(results, "ValidShare"), 0);
+}
+
+TEST_F(SurfaceHeight, draws_the_first_lowest_and_highest_point_and_their_difference)
+{
+    // Two lowest at (9, 9) and (11, 9), two highest at (11, 12) and (9, 12), half a mm a count.
+    const auto surface = Support::Surface({{2, NullPixel, 2}, {12, 7, 12}}).Offset(9, 9, 5).Scale(1, 3, 0.5);
+    const ToolRun run(registry, "SurfaceHeight", nlohmann::json::object(), {{"Surface", surface}});
+    EXPECT_EQ(run.Drawn(),
+              (std::vector<std::string>{CasingOf({9, 9, 6}, {9, 9, 11}), DimensionOf({9, 9, 6}, {9, 9, 11}),
+                                        DotAt({9, 9, 6}), DotAt({9, 12, 11})}));
+}
+
+TEST_F(SurfaceHeight, of_points_draws_their_own_places)
+{
+    const auto surface = Support::PointSurface({{{NullPixel, NullPixel, NullPixel}, {5, 6, 1}, {-7, 8, 3}}});
+    const ToolRun run(registry, "SurfaceHeight", nlohmann::json::object(), {{"Surface", surface}});
+    EXPECT_EQ(run.Drawn(), (std::vector<std::string>{CasingOf({5, 6, 1}, {5, 6, 3}), DimensionOf({5, 6, 1}, {5, 6, 3}),
+                                                     DotAt({5, 6, 1}), DotAt({-7, 8, 3})}));
+}
+
+TEST_F(SurfaceHeight, of_a_region_draws_it_with_its_extremes)
+{
+    const auto surface = Support::Surface({{900, 4, NullPixel, 900}, {900, 12, 20, 900}, {900, 900, 900, 900}});
+    const auto values = InRegion({{"x", 1.5}, {"y", 0.5}, {"width", 1.5}, {"length", 1.5}});
+    const ToolRun run(registry, "SurfaceHeight", values, {{"Surface", surface}});
+    EXPECT_EQ(run.Drawn(),
+              (std::vector<std::string>{"region3d (1.5, 0.5, 0) (1.5, 1.5, 1000) 0", CasingOf({1, 0, 4}, {1, 0, 20}),
+                                        DimensionOf({1, 0, 4}, {1, 0, 20}), DotAt({1, 0, 4}), DotAt({2, 1, 20})}));
+}
+
+TEST_F(SurfaceHeight, that_is_the_same_everywhere_has_no_difference_to_draw)
+{
+    const ToolRun run(registry, "SurfaceHeight", nlohmann::json::object(), {{"Surface", Support::Surface({{5, 5}})}});
+    EXPECT_EQ(run.Drawn(), (std::vector{DotAt({0, 0, 5}), DotAt({0, 0, 5})}));
+}
+
+TEST_F(SurfaceHeight, without_heights_draws_no_more_than_its_region)
+{
+    const auto values = InRegion({{"x", 100}, {"y", 1}, {"width", 2}, {"length", 2}});
+    const ToolRun outside(registry, "SurfaceHeight", values, {{"Surface", Support::Surface({{1, 2}})}});
+    EXPECT_EQ(outside.Drawn(), std::vector<std::string>{"region3d (100, 1, 0) (2, 2, 1000) 0"});
+    const ToolRun nowhere(registry, "SurfaceHeight", nlohmann::json::object(),
+                          {{"Surface", Support::Surface({{NullPixel}})}});
+    EXPECT_TRUE(nowhere.Drawn().empty());
+}
+
+TEST_F(SurfaceHeight, with_its_graphic_switched_off_sends_none)
+{
+    const ToolRun run(registry, "SurfaceHeight", nlohmann::json::object(), {{"Surface", Support::Surface({{1, 2}})}},
+                      {Disabled("Graphic")});
+    EXPECT_EQ(run.Value("Mean"), 1.5);
+    EXPECT_FALSE(run.Message("Graphic"));
 }
 
 TEST_F(SurfaceHeight, of_a_flat_surface_needs_no_region)

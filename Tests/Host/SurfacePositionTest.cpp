@@ -1,4 +1,4 @@
-#include "HostTestFiles.h"
+#include "ToolRun.h"
 
 #include <Support/Builders.h>
 
@@ -21,12 +21,22 @@ Ta::Object<void*> Hills()
 class SurfacePosition : public testing::Test
 {
 protected:
-    std::vector<Result> Measure(nlohmann::json values, const Ta::Object<void*>& message)
+    static nlohmann::json InRegion(nlohmann::json values)
     {
         nlohmann::json box = {{"x", 12.5}, {"y", 23}, {"z", 0}, {"width", 4}, {"length", 2}, {"height", 100}};
         box.update(values.value("Region", nlohmann::json::object()));
         values["Region"] = box;
-        return MeasureSurface(registry, "SurfacePosition", values, message);
+        return values;
+    }
+
+    std::vector<Result> Measure(const nlohmann::json& values, const Ta::Object<void*>& message)
+    {
+        return MeasureSurface(registry, "SurfacePosition", InRegion(values), message);
+    }
+
+    ToolRun Run(const nlohmann::json& values, const std::vector<OutputSetup>& outputs = {})
+    {
+        return {registry, "SurfacePosition", InRegion(values), {{"Surface", Hills()}}, outputs};
     }
 
     ToolRegistry registry = RegistryOf({});
@@ -88,6 +98,43 @@ TEST_F(SurfacePosition, without_a_point_is_null)
     {
         EXPECT_EQ(ResultOf(results, output).state, ResultState::Null) << output;
     }
+}
+
+TEST_F(SurfacePosition, gives_the_place_as_a_point_too)
+{
+    const zPoint3d64f position = TvPointFeatureMsg_Position(Run(nlohmann::json::object()).Message("Position").Get());
+    EXPECT_NEAR(position.x, 14, 1e-12);
+    EXPECT_NEAR(position.y, 24, 1e-12);
+    EXPECT_NEAR(position.z, 7, 1e-12);
+    EXPECT_EQ(Run({{"Region", {{"x", 500}}}}).Nulls(), (std::vector<std::string>{"X", "Y", "Z", "Position"}));
+}
+
+TEST_F(SurfacePosition, draws_its_region_and_the_place_with_lines_across)
+{
+    const auto ray = [](const zPoint3d32f& direction, float width, z32u colour) {
+        return RayFrom({14, 24, 7}, direction, width, colour);
+    };
+    constexpr z32u yellow = 0xFFFFFF00;
+    EXPECT_EQ(Run(nlohmann::json::object()).Drawn(),
+              (std::vector<std::string>{"region3d (12.5, 23, 0) (4, 2, 100) 0", ray({0, 1, 0}, 4, ToolColours::CASING),
+                                        ray({-0.0F, -1, -0.0F}, 4, ToolColours::CASING),
+                                        ray({1, 0, 0}, 4, ToolColours::CASING),
+                                        ray({-1, -0.0F, -0.0F}, 4, ToolColours::CASING), ray({0, 1, 0}, 1, yellow),
+                                        ray({-0.0F, -1, -0.0F}, 1, yellow), ray({1, 0, 0}, 1, yellow),
+                                        ray({-1, -0.0F, -0.0F}, 1, yellow), DotAt({14, 24, 7})}));
+}
+
+TEST_F(SurfacePosition, without_a_point_draws_its_region_alone)
+{
+    EXPECT_EQ(Run({{"Region", {{"x", 500}, {"zAngle", 90}}}}).Drawn(),
+              (std::vector<std::string>{"region3d (500, 23, 0) (4, 2, 100) 1.5708"}));
+}
+
+TEST_F(SurfacePosition, with_its_graphic_switched_off_sends_none)
+{
+    const ToolRun run = Run(nlohmann::json::object(), {Disabled("Graphic")});
+    EXPECT_EQ(run.Value("X"), 14);
+    EXPECT_FALSE(run.Message("Graphic"));
 }
 
 TEST_F(SurfacePosition, of_a_point_surface_takes_the_places_of_its_points)

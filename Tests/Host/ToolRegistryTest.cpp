@@ -17,7 +17,8 @@ TEST(ToolRegistry, has_the_tools_of_its_plugins_sorted_by_name)
 {
     const ToolRegistry registry = RegistryOf({"GoodTools"});
     EXPECT_EQ(registry.Names(),
-              (std::vector<std::string>{"Diary", "Doubler", "Dynamic", "Sender", "SurfaceHeight", "SurfacePosition"}));
+              (std::vector<std::string>{"Diary", "Doubler", "Dynamic", "FeatureDistance", "ProfilePosition", "Sender",
+                                        "SurfaceHeight", "SurfacePlane", "SurfacePosition"}));
     EXPECT_EQ(registry.Find("Dynamic")->Version(), "1.2.3");
     EXPECT_EQ(registry.Find("Dynamic")->File(), PluginFile("GoodTools"));
     EXPECT_EQ(registry.Find("dynamic"), nullptr);
@@ -54,7 +55,7 @@ TEST(ToolRegistry, refuses_a_second_tool_of_a_name_and_names_both_files)
     });
     EXPECT_TRUE(Contains(message, (folder / "copy.so").string() + ": Dynamic: "));
     EXPECT_TRUE(Contains(message, PluginFile("GoodTools").string() + " has a tool of that name already"));
-    EXPECT_EQ(registry.Types().size(), 6U);
+    EXPECT_EQ(registry.Types().size(), 9U);
 }
 
 TEST(ToolRegistry, refuses_a_folder_that_is_not_there)

@@ -158,6 +158,39 @@ double PlacesIn(void* surface, const Mu::Vision::Region3d<double>& region)
     return count;
 }
 
+/// The place in mm of the first sample that has this height. There is one.
+zPoint3d64f PlaceOf(void* surface, z16s height)
+{
+    const zPoint3d64f offset = TvSurfaceMsg_Offset(surface);
+    const zPoint3d64f scale = TvSurfaceMsg_Scale(surface);
+    const auto world = [&](double x, double y) {
+        return zPoint3d64f{offset.x + scale.x * x, offset.y + scale.y * y, offset.z + scale.z * height};
+    };
+    const std::size_t width = TvSurfaceMsg_Width(surface);
+    const std::size_t count = width * TvSurfaceMsg_Length(surface);
+    if (TvSurfaceMsg_PointType(surface) == zTypeOf(z16s))
+    {
+        const auto* const first = static_cast<const z16s*>(TvSurfaceMsg_Points(surface));
+        const auto index = static_cast<std::size_t>(std::find(first, first + count, height) - first);
+        return world(static_cast<double>(index % width), static_cast<double>(index / width));
+    }
+    const auto* const first = static_cast<const zPoint3d16s*>(TvSurfaceMsg_Points(surface));
+    const zPoint3d16s& point =
+        *std::find_if(first, first + count, [height](const zPoint3d16s& other) { return other.z == height; });
+    return world(point.x, point.y);
+}
+
+/// Where the lowest and the highest point lie, and above one of them by how much they differ.
+void DrawExtremes(ToolGraphic& graphic, const zPoint3d64f& lowest, const zPoint3d64f& highest)
+{
+    if (lowest.z != highest.z)
+    {
+        graphic.AddDistance(lowest, {lowest.x, lowest.y, highest.z});
+    }
+    graphic.AddPoint(lowest);
+    graphic.AddPoint(highest);
+}
+
 double Share(double part, double whole)
 {
     return whole > 0 ? 100 * part / whole : 0;
@@ -192,30 +225,16 @@ public:
         AddMeasurement("PeakToValley", "Peak to Valley", "mm");
         AddMeasurement("Rms", "RMS about the Mean", "mm");
         AddMeasurement("ValidShare", "Share of Valid Points", "%");
-        params.Register("Use Region", "UseRegion", useRegion);
-        AddRegion();
+        AddGraphic();
+        AddOptionalRegion();
         CommonTool::Init(host, params);
-    }
-
-    void UpdateConfig() override
-    {
-        region.SetRegionUsed(useRegion);
-    }
-
-    void InitializeRegions() override
-    {
-        // A surface without any height span has no place for a region, and need not have one.
-        if (useRegion)
-        {
-            CommonTool::InitializeRegions();
-        }
     }
 
     void Execute(InputSet& set) override
     {
         void* const surface = GetDataMessageInput(set, SURFACE);
         const zStamp stamp = TvDataMsg_Stamp(surface);
-        if (useRegion)
+        if (UsesRegion())
         {
             MeasureRegion(surface, stamp);
         }
@@ -232,15 +251,29 @@ private:
         const HeightSums sums = SumUp(surface, count);
         SendHeights(ToWorld(sums, TvSurfaceMsg_Offset(surface).z, TvSurfaceMsg_Scale(surface).z),
                     Share(static_cast<double>(sums.count), static_cast<double>(count)), stamp);
+        SendGraphic([&](ToolGraphic& graphic) {
+            if (sums.count > 0)
+            {
+                DrawExtremes(graphic, PlaceOf(surface, sums.lowest), PlaceOf(surface, sums.highest));
+            }
+        });
     }
 
     void MeasureRegion(void* surface, const zStamp& stamp)
     {
         const auto points = PointsInRegion(surface);
         const double share = TvSurfaceMsg_IsResampled(surface)
-                                 ? Share(static_cast<double>(points.size()), PlacesIn(surface, region.AbsoluteRegion()))
+                                 ? Share(static_cast<double>(points.size()), PlacesIn(surface, AbsoluteRegion()))
                                  : zNULL_64F;
         SendHeights(HeightsOf(points), share, stamp);
+        SendGraphic([&](ToolGraphic& graphic) {
+            DrawRegion(graphic);
+            if (!points.empty())
+            {
+                DrawExtremes(graphic, *std::ranges::min_element(points, {}, &zPoint3d64f::z),
+                             *std::ranges::max_element(points, {}, &zPoint3d64f::z));
+            }
+        });
     }
 
     void SendHeights(const Heights& heights, double validShare, const zStamp& stamp)
@@ -252,8 +285,6 @@ private:
         SendMeasurement("Rms", heights.rms, false, &stamp);
         SendMeasurement("ValidShare", validShare, false, &stamp);
     }
-
-    Ta::Params::Value<bool> useRegion{false};
 };
 } // namespace
 

@@ -48,7 +48,7 @@ zPoint3d64f Centroid(Points points)
 }
 
 /// The place of one point of a region: the highest, the lowest, or the centroid of all of them. A region without points
-/// gives nulls. Its place is what other tools are anchored to.
+/// gives nulls. Its place is what other tools are anchored to, and, as a feature, what they measure from.
 class SurfacePosition final : public SurfaceTool
 {
 public:
@@ -73,6 +73,8 @@ public:
         {
             AddMeasurement(axis, axis, "mm");
         }
+        AddFeature("Position", "Position", PipeDataType::PointFeature);
+        AddGraphic();
         for (const char* const option : {HIGHEST, LOWEST, CENTROID})
         {
             feature.AddOption(option, option);
@@ -90,6 +92,14 @@ public:
         SendMeasurement("X", found.x, false, &stamp);
         SendMeasurement("Y", found.y, false, &stamp);
         SendMeasurement("Z", found.z, false, &stamp);
+        SendFeaturePoint("Position", found, false, &stamp);
+        SendGraphic([&](ToolGraphic& graphic) {
+            DrawRegion(graphic);
+            if (found.x != zNULL_64F)
+            {
+                graphic.AddPlace(found);
+            }
+        });
     }
 
 private:
