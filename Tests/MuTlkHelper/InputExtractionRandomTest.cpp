@@ -2,13 +2,12 @@
 #include <MuTlkHelper/MaskPixels.h>
 
 #include <Support/Lists.h>
+#include <Support/NaiveComparison.h>
 #include <Support/NaiveExtraction.h>
 #include <Support/RandomScans.h>
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <map>
 #include <string>
 
 // Every member against its naive twin, bit for bit, on made messages and regions.
@@ -19,54 +18,6 @@ using namespace Mu::TlkHelper;
 using namespace Support;
 using Mu::Vision::Region3d;
 using Mu::Vision::RegionXZ;
-
-constexpr int CASES = 20'000;
-constexpr int PROPER_CASES = 500;
-
-/// Counts, by path, the cases that select neither nothing nor everything.
-class Tally
-{
-public:
-    void Count(const std::string& path, std::size_t kept, std::size_t all)
-    {
-        proper[path] += kept != 0 && kept < all ? 1 : 0;
-    }
-
-    void ExpectEnough(std::size_t paths) const
-    {
-        EXPECT_EQ(proper.size(), paths);
-        for (const auto& [path, cases] : proper)
-        {
-            EXPECT_GE(cases, PROPER_CASES) << path;
-        }
-    }
-
-private:
-    std::map<std::string, int> proper;
-};
-
-template <typename Item>
-testing::AssertionResult SameBits(const std::vector<Item>& actual, const std::vector<Item>& expected)
-{
-    if (actual.size() != expected.size())
-    {
-        return testing::AssertionFailure() << actual.size() << " items, expected " << expected.size();
-    }
-    for (std::size_t i = 0; i < actual.size(); ++i)
-    {
-        if (std::memcmp(&actual[i], &expected[i], sizeof(Item)) != 0)
-        {
-            return testing::AssertionFailure() << "item " << i << " differs";
-        }
-    }
-    return testing::AssertionSuccess();
-}
-
-template <typename Item>
-auto AddTo(std::vector<Item>& items)
-{
-    return [&items](const Item& item) { items.push_back(item); };
-}
 
 class Surface_members : public testing::Test
 {

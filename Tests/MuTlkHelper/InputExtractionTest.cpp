@@ -3,6 +3,7 @@
 #include <Support/Builders.h>
 #include <Support/CountingAlloc.h>
 #include <Support/Lists.h>
+#include <Support/PointEquality.h>
 #include <Support/Raised.h>
 
 #include <gtest/gtest.h>
@@ -13,21 +14,6 @@
 #include <functional>
 #include <limits>
 #include <vector>
-
-bool operator==(const zPoint3d64f& a, const zPoint3d64f& b)
-{
-    return a.x == b.x && a.y == b.y && a.z == b.z;
-}
-
-bool operator==(const zPoint64f& a, const zPoint64f& b)
-{
-    return a.x == b.x && a.y == b.y;
-}
-
-bool operator==(const zPoint16s& a, const zPoint16s& b)
-{
-    return a.x == b.x && a.y == b.y;
-}
 
 namespace
 {

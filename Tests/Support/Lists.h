@@ -2,8 +2,10 @@
 
 #include <TaApi/Object.h>
 #include <zApi/zArray1.h>
+#include <zApi/zArray2.h>
 #include <zApi/zArrayList.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -64,5 +66,23 @@ std::vector<Item> ItemsOfArray(void* array)
 {
     const auto* const items = static_cast<const Item*>(zArray1_Items(array));
     return {items, items + zArray1_Length(array)};
+}
+
+/// The items of a `zArray2` of `Item`, row by row.
+template <typename Item>
+std::vector<Item> ItemsOfGrid(void* array)
+{
+    const auto* const items = static_cast<const Item*>(zArray2_Items(array));
+    return {items, items + zArray2_Length(array, 0) * zArray2_Length(array, 1)};
+}
+
+/// A new `zArray2` of the items, row by row.
+template <typename Item>
+Ta::Object<void*> NewGrid(zType itemType, std::size_t rows, std::size_t columns, const std::vector<Item>& items)
+{
+    Ta::Object<void*> array;
+    MU_CHECK(zArray2_Construct(array.Out(), itemType, rows, columns, nullptr));
+    std::copy(items.begin(), items.end(), static_cast<Item*>(zArray2_Items(array.Get())));
+    return array;
 }
 } // namespace Support

@@ -1,5 +1,6 @@
 #include <MuTlkHelper/InputUtils.h>
 
+#include <MuTlkHelper/ArgumentChecks.h>
 #include <MuTlkHelper/MaskPixels.h>
 #include <MuTlkHelper/ProfileWalk.h>
 #include <MuTlkHelper/SurfaceWalk.h>
@@ -178,19 +179,6 @@ int OddPixels(double size, double scale)
     const z64s odd = pixels % 2 == 0 ? pixels - 1 : pixels;
     return odd < 2 ? 1 : static_cast<int>(odd);
 }
-// What reads intensities takes bytes.
-void RequireBytes(const Ta::Place& place, zType intensityType)
-{
-    if (intensityType != zTypeOf(z8u))
-    {
-        Ta::Raise(place, zERROR_PARAMETER);
-    }
-}
-
-zType IntensityTypeOfSurface(void* message)
-{
-    return zArray2_ItemType(TvSurfaceMsg_IntensityArray(message, 0));
-}
 
 // A surface without intensities has none to be of another type.
 void RequireBytesIfAny(const Ta::Place& place, const InputData& data)
@@ -359,31 +347,9 @@ namespace
 constexpr std::size_t REGION_CAPACITY = 1024;
 constexpr std::size_t ALL_POINTS_CAPACITY = 2000;
 
-void RequireArguments(const Ta::Place& place, void* message, const void* result)
-{
-    if (message == nullptr || result == nullptr)
-    {
-        Ta::Raise(place, zERROR_PARAMETER);
-    }
-}
-
 zType IntensityTypeOfProfile(void* message)
 {
     return zArray1_ItemType(TvProfileMsg_IntensityArray(message, 0));
-}
-
-// The point of every pixel of a walk over a grid.
-auto GridPointsOf(const SurfaceView& surface)
-{
-    return [&frame = surface.frame](std::size_t row, const z16s* pixels) {
-        return GridPoints{frame, frame.y.World(static_cast<double>(row)), pixels};
-    };
-}
-
-// The intensity of every element of a walk over a surface.
-auto IntensitiesOf(const SurfaceView& surface)
-{
-    return [&surface](std::size_t row, const auto* /*elements*/) { return Intensities{surface.IntensityRow(row)}; };
 }
 
 Window HeightsOf(const Mu::Vision::Rect3d<int>& box)
@@ -419,7 +385,7 @@ void WriteCloudRow(const SurfaceView& surface, std::size_t row, zPoint3d32f* out
     if (surface.PointType() == zTypeOf(z16s))
     {
         const auto* const pixels = surface.Row<z16s>(row);
-        WriteCloudRow(out, surface.width, GridPointsOf(surface)(row, pixels),
+        WriteCloudRow(out, surface.width, GridPointsOf(surface.frame)(row, pixels),
                       [pixels](std::size_t i) { return pixels[i] == zNULL_16S; });
         return;
     }
@@ -443,7 +409,7 @@ static void GetPointsFromRegionResampled(void* message, const Region3d<double>& 
     ListRun<zPoint3d64f> list(MU_HERE, handle);
     const Span columns = SpanIn(box.x, box.width, surface.width);
     const Span rows = SpanIn(box.y, box.length, surface.length);
-    WalkGrid(surface, {columns, rows, HeightsOf(box)}, list, GridPointsOf(surface));
+    WalkGrid(surface, {columns, rows, HeightsOf(box)}, list, GridPointsOf(surface.frame));
 }
 
 static void GetPointsFromRegionUnresampled(void* message, const Region3d<double>& region, zArrayList handle)
@@ -486,7 +452,7 @@ void GetAllPoints(void* message, void** list)
     const SurfaceView surface(message);
     ListRun<zPoint3d64f> points(MU_HERE, *list);
     // Required: rows are read as heights, whatever the points are.
-    WalkGrid(surface, {{0, surface.width}, {0, surface.length}, NOT_NULL}, points, GridPointsOf(surface));
+    WalkGrid(surface, {{0, surface.width}, {0, surface.length}, NOT_NULL}, points, GridPointsOf(surface.frame));
 }
 
 void GetAllPointsPcd(void* message, Ta::Object<void*>& out, void* alloc)

@@ -4,7 +4,10 @@
 #include <MuTlkHelper/InputData.h>
 #include <MuTlkHelper/TlkSurfaceGeneralized3dPoint.h>
 
+#include <MuVision/Pixels.h>
+#include <MuVision/RefFrame.h>
 #include <MuVision/Regions.h>
+#include <MuVision/Sectors.h>
 #include <TaApi/Object.h>
 #include <TaApi/ParamsRegions.h>
 #include <zApi/zTypes.h>
@@ -180,4 +183,83 @@ MU_TLK_EXPORT void GetProfilePointsFromRegions(void* message, const Mu::Vision::
 MU_TLK_EXPORT void GetProfilePointsFromRegionsWithAngle(void* message, Mu::Vision::RegionXZ<double>* regions,
                                                         double* angles, std::size_t count, void** list,
                                                         void* alloc = nullptr);
+
+// A surface seen through a frame, in a sector, and what is cut out of it. What is said above of lists, points and
+// failures holds here too. Points are read as 16-bit heights, the element of a place being row times width plus column,
+// whatever they are.
+
+/// The points of a surface in the pixel box of `region`, seen through `frame`: a place of the grid at height 0 is moved
+/// by it, and the point has the moved x and y and the height of the pixel there, if that lies in the region's range.
+/// As many rows are seen as the box is height pixels high, as far as the surface has them. A list of another type is
+/// made anew in the default allocator, with room for every pixel of the box.
+///
+/// Only the identity is seen through: with any other frame, or null, it is `GetPointsFromRegion`.
+MU_TLK_EXPORT void GetTransformedPointsFromRegion(void* message, const Mu::Vision::Region3d<double>& region,
+                                                  Mu::Vision::RefFrame* frame, void** list, void* alloc = nullptr);
+
+/// The intensities of those points. A list of another type is made anew in `alloc`. A surface without intensities
+/// leaves the list as it is. With a frame that is not the identity, or null, it is `GetIntensitiesFromRegion`.
+MU_TLK_EXPORT void GetTransformedIntensityFromRegion(void* message, const Mu::Vision::Region3d<double>& region,
+                                                     Mu::Vision::RefFrame* frame, void** list, void* alloc = nullptr);
+
+/// The points of a surface in `sector`, bounds included, in a list that is always made anew, in the default allocator.
+MU_TLK_EXPORT void GetPointsInAnnularSector(void* message, const Mu::Vision::AnnularSector3d<double>& sector,
+                                            void** list);
+
+/// Cuts the pixel box of `region` out of a surface. `heights` becomes a `zArray2` of `z16s` in the default allocator,
+/// as wide as the box and with as many rows as the box is height pixels high. Pixels in the box's range of heights are
+/// copied, bounds included; others, and those of rows that the surface does not have, are -32768.
+///
+/// If the surface has intensities and `intensities` holds anything, that becomes a `zArray2` of `z8u` of the same size,
+/// with 255 where there is no height; otherwise it stays as it is. `*origin`, unless it is null, gets the place of the
+/// first column and row of the box, with the surface's offset as z.
+/// @throws Ta::Exception -997 if `message` is null, `heights` and `intensities` are the same handle, or intensities
+/// that are wanted are no bytes; else the status of a failing call
+MU_TLK_EXPORT void SurfaceExtractRegion(void* message, const Mu::Vision::Region3d<double>& region,
+                                        Ta::Object<void*>& heights, Ta::Object<void*>& intensities,
+                                        zPoint3d64f* origin);
+
+/// Cuts `rect` out of `array`, a `zArray2`, into one of the same item type that the caller owns. `mask` is a `zArray2`
+/// of bytes that begins where `rect` does; where it is 0, and what either array does not have, becomes
+/// `Mu::Vision::GetNull<T>()`. An empty `rect` gives an empty handle, and neither array is looked at. For `unsigned
+/// char`, `short` and `int`.
+/// @throws Ta::Exception -997 if an array is null or no `zArray2`, -984 if the items of `array` are no values of the
+/// size of `T` or those of `mask` no bytes; else the status of a failing call
+template <typename T>
+Ta::Object<void*> CropRoi(void* array, const Mu::Vision::Rect2d<int>& rect, void* mask, void* alloc = nullptr) = delete;
+
+template <>
+[[nodiscard]] MU_TLK_EXPORT Ta::Object<void*> CropRoi<unsigned char>(void* array, const Mu::Vision::Rect2d<int>& rect,
+                                                                     void* mask, void* alloc);
+template <>
+[[nodiscard]] MU_TLK_EXPORT Ta::Object<void*> CropRoi<short>(void* array, const Mu::Vision::Rect2d<int>& rect,
+                                                             void* mask, void* alloc);
+template <>
+[[nodiscard]] MU_TLK_EXPORT Ta::Object<void*> CropRoi<int>(void* array, const Mu::Vision::Rect2d<int>& rect, void* mask,
+                                                           void* alloc);
+
+// A surface message that travels through a point feature: the position holds its handle, and a mark in z. Nothing
+// counts a reference for it: the surface lives as long as whoever made the feature keeps it.
+
+/// @throws Ta::Exception 0 unless `feature` is a point feature with the mark in z
+MU_TLK_EXPORT void ValidateSurfaceFeature(void* feature);
+
+/// The handle in the position of `feature`, without a reference of its own; null if it is null, no point feature, or
+/// without the mark. A marked position is trusted: what it holds is not looked at.
+[[nodiscard]] MU_TLK_EXPORT void* SurfaceFeatureToSurfaceMsg(void* feature);
+
+/// The position of a point feature that stands for `message`.
+[[nodiscard]] MU_TLK_EXPORT zPoint3d64f SurfaceMsgToSurfaceFeature(void* message);
+
+// Arrays that are kept from one execution to the next, with what they hold, as long as item type and size fit.
+
+/// Makes a new `zArray1` in `object` unless it holds one of this item type and length.
+/// @throws Ta::Exception the status of a failing construction or release; `object` is empty then
+MU_TLK_EXPORT void ReallocateArray1(Ta::Object<void*>& object, zType itemType, std::size_t length,
+                                    void* alloc = nullptr);
+
+/// Makes a new `zArray2` in `object` unless it holds one of this item type and size.
+/// @throws Ta::Exception as `ReallocateArray1`
+MU_TLK_EXPORT void ReallocateArray2(Ta::Object<void*>& object, zType itemType, std::size_t rows, std::size_t columns,
+                                    void* alloc = nullptr);
 } // namespace Mu::TlkHelper

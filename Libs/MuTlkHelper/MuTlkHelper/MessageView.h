@@ -46,6 +46,13 @@ struct SurfaceView
         return static_cast<const Element*>(zArray2_At(points, row, 0));
     }
 
+    /// The 16-bit values of the first row, where those of the others follow, whatever the points are; null if there are
+    /// none.
+    [[nodiscard]] const z16s* Heights() const
+    {
+        return static_cast<const z16s*>(TvSurfaceMsg_Points(message));
+    }
+
     /// The first intensity of a row, null if there are none.
     [[nodiscard]] const z8u* IntensityRow(std::size_t row) const
     {

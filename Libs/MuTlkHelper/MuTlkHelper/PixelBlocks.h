@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <utility>
 
 // The walk over elements of a message: a selection flags those that are kept, a block at a time, and outputs take them.
@@ -42,6 +44,32 @@ constexpr Span SpanIn(z64s first, z64s length, std::size_t count)
     const z64s last = std::min(first + std::max<z64s>(length, 0), static_cast<z64s>(count));
     const z64s begin = std::clamp<z64s>(first, 0, static_cast<z64s>(count));
     return {static_cast<std::size_t>(begin), static_cast<std::size_t>(std::max(begin, last))};
+}
+
+/// The places below `count`, which is above 0, whose value lies in `bounds`, of values that rise or fall. Null if a
+/// value is not finite.
+template <typename Value>
+std::optional<Span> PlacesIn(std::size_t count, const Bounds& bounds, const Value& value)
+{
+    const double atFirst = value(0);
+    const double atLast = value(count - 1);
+    if (!std::isfinite(atFirst) || !std::isfinite(atLast))
+    {
+        return std::nullopt;
+    }
+    const double step = (atLast - atFirst) / static_cast<double>(count - 1);
+    const auto guess = [&](double bound) {
+        const double place = (bound - atFirst) / step;
+        return place > 0.0 ? static_cast<std::size_t>(std::min(place, static_cast<double>(count))) : 0;
+    };
+    const bool rises = atLast >= atFirst;
+    const std::size_t first =
+        rises ? FirstPlace(count, guess(bounds.low), [&](std::size_t i) { return value(i) >= bounds.low; })
+              : FirstPlace(count, guess(bounds.high), [&](std::size_t i) { return value(i) <= bounds.high; });
+    const std::size_t end =
+        rises ? FirstPlace(count, guess(bounds.high), [&](std::size_t i) { return !(value(i) <= bounds.high); })
+              : FirstPlace(count, guess(bounds.low), [&](std::size_t i) { return !(value(i) >= bounds.low); });
+    return Span{first, end};
 }
 
 /// A window for each of the `COMPONENTS` 16-bit values of an element.
@@ -158,6 +186,15 @@ private:
     const Windows<COMPONENTS>& windows;
 };
 
+/// Keeps everything.
+struct EveryElement
+{
+    void operator()(std::size_t /*first*/, std::size_t count, Flags& flags) const
+    {
+        std::fill_n(flags.begin(), count, z8u{1});
+    }
+};
+
 inline std::size_t CountOf(const Flags& flags, std::size_t count)
 {
     z8u kept = 0; // a block is small enough for it
@@ -238,18 +275,19 @@ public:
         Places places;
         candidates(first, count, flags);
         const std::size_t found = PlacesOf(flags, count, places);
-        if (found * 4 > count)
+        const Test own = test; // flags are bytes, which might be those of the test for all one can see
+        if (found * 2 > count)
         {
             // A test of each, in a plain loop, costs less than that of candidates one by one.
             for (std::size_t i = 0; i < count; ++i)
             {
-                flags[i] &= static_cast<z8u>(test(first + i));
+                flags[i] &= static_cast<z8u>(own(first + i));
             }
             return;
         }
         for (std::size_t i = 0; i < found; ++i)
         {
-            flags[places[i]] = test(first + places[i]) ? 1 : 0;
+            flags[places[i]] = own(first + places[i]) ? 1 : 0;
         }
     }
 
@@ -272,9 +310,9 @@ std::size_t CountKept(const Span& span, const Selection& selection)
     return kept;
 }
 
-/// Adds what `make` makes of the kept elements to a list. `make.Samples()` is what elements are read of, and
-/// `make.Run(samples, count, number, items)` makes items of `count` samples, of which the i-th is that of element
-/// `number(i)`, in a plain loop.
+/// Adds what `make` makes of the kept elements to a list. `make(number)` makes an item of an element's number. If there
+/// is a `Make::Sample`, `make.Samples()` is what elements are read of, and `make.Run(samples, count, number, items)`
+/// makes items of `count` samples, of which the i-th is that of element `number(i)`, in a plain loop.
 template <typename Item, typename Make>
 class Output
 {
@@ -288,8 +326,15 @@ public:
     /// The `count` elements from `first` on.
     void TakeAll(std::size_t first, std::size_t count) const
     {
-        make.Run(
-            make.Samples() + first, count, [first](std::size_t i) { return first + i; }, list.Room(count));
+        const auto number = [first](std::size_t i) { return first + i; };
+        if constexpr (HAS_SAMPLES)
+        {
+            make.Run(make.Samples() + first, count, number, list.Room(count));
+        }
+        else
+        {
+            MakeEach(count, number);
+        }
         list.Added(count);
     }
 
@@ -297,13 +342,22 @@ public:
     /// the loop over them is the same.
     void TakePlaces(std::size_t first, std::size_t count, const Places& places) const
     {
-        const auto* const samples = make.Samples() + first;
-        std::array<typename Make::Sample, BLOCK> gathered;
-        for (std::size_t i = 0; i < count; ++i)
+        const auto number = [first, &places](std::size_t i) { return first + places[i]; };
+        if constexpr (HAS_SAMPLES)
         {
-            gathered[i] = samples[places[i]];
+            const auto* const samples = make.Samples() + first;
+            std::array<typename Make::Sample, BLOCK> gathered;
+            for (std::size_t i = 0; i < count; ++i)
+            {
+                gathered[i] = samples[places[i]];
+            }
+            make.Run(gathered.data(), count, number, list.Room(count));
         }
-        TakeGathered(gathered.data(), first, count, places);
+        else
+        {
+            MakeEach(count, number);
+        }
+        list.Added(count);
     }
 
     /// All but a few of the `count` elements from `first` on: those at `first + dropped[0]` and so on are left out. Run
@@ -325,12 +379,19 @@ public:
     }
 
 private:
-    void TakeGathered(const typename Make::Sample* gathered, std::size_t first, std::size_t count,
-                      const Places& places) const
+    static constexpr bool HAS_SAMPLES = requires
     {
-        const auto number = [first, &places](std::size_t i) { return first + places[i]; };
-        make.Run(gathered, count, number, list.Room(count));
-        list.Added(count);
+        typename Make::Sample;
+    };
+
+    template <typename Number>
+    void MakeEach(std::size_t count, const Number& number) const
+    {
+        Item* const items = list.Room(count);
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            items[i] = make(number(i));
+        }
     }
 
     ListRun<Item>& list;

@@ -47,6 +47,11 @@ struct Axis
         return PixelToWorld(pixel, offset, scale);
     }
 
+    [[nodiscard]] constexpr z32s Pixel(double world) const
+    {
+        return WorldToPixel(world, offset, scale);
+    }
+
     /// A size that no world value of a 16-bit sample exceeds; not finite if one of them is not.
     [[nodiscard]] double Reach() const
     {
@@ -114,12 +119,18 @@ struct Window
 inline constexpr Window EVERY_PIXEL = {zNULL_16S, std::numeric_limits<z16s>::max()};
 inline constexpr Window NOT_NULL = {zNULL_16S + 1, std::numeric_limits<z16s>::max()};
 
+/// Of the values from `low` to `high` those in `limits`.
+constexpr Window WindowWithin(const Window& limits, z64s low, z64s high)
+{
+    low = low > limits.low ? low : limits.low;
+    high = high < limits.high ? high : limits.high;
+    return low <= high ? Window{static_cast<z16s>(low), static_cast<z16s>(high)} : Window{};
+}
+
 /// Of the values from `low` to `high` those that are pixels and not null.
 constexpr Window HeightWindow(z64s low, z64s high)
 {
-    low = low > NOT_NULL.low ? low : NOT_NULL.low;
-    high = high < NOT_NULL.high ? high : NOT_NULL.high;
-    return low <= high ? Window{static_cast<z16s>(low), static_cast<z16s>(high)} : Window{};
+    return WindowWithin(NOT_NULL, low, high);
 }
 
 /// The first of `count` places for which `holds` is true, where it is false for all before and true for all behind;

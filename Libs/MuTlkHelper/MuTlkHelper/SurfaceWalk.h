@@ -3,6 +3,12 @@
 #include <MuTlkHelper/MessageView.h>
 #include <MuTlkHelper/TurnedBox.h>
 
+#include <MuVision/Sectors.h>
+#include <TaApi/Object.h>
+#include <zApi/zArray1.h>
+
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <optional>
 
@@ -11,6 +17,20 @@
 
 namespace Mu::TlkHelper
 {
+/// The point of every pixel of a walk over a grid.
+inline auto GridPointsOf(const Frame& frame)
+{
+    return [&frame](std::size_t row, const z16s* pixels) {
+        return GridPoints{frame, frame.y.World(static_cast<double>(row)), pixels};
+    };
+}
+
+/// The intensity of every element of a walk over a surface.
+inline auto IntensitiesOf(const SurfaceView& surface)
+{
+    return [&surface](std::size_t row, const auto* /*elements*/) { return Intensities{surface.IntensityRow(row)}; };
+}
+
 /// Pixels of a grid.
 struct GridBox
 {
@@ -142,5 +162,94 @@ inline void WalkTurnedTriples(const SurfaceView& surface, const TurnedBox& box, 
         }
     };
     WalkRows({0, surface.length}, row, list);
+}
+
+/// What a selection says of the elements of a box, a byte for each.
+class StoredFlags
+{
+public:
+    /// `selectionOf(row)` is asked once for each row.
+    template <typename SelectionOf>
+    StoredFlags(const Ta::Place& place, const Span& newColumns, const Span& newRows, const SelectionOf& selectionOf)
+        : columns(newColumns)
+        , rows(newRows)
+    {
+        Ta::Check(place, zArray1_Construct(flags.Out(), zTypeOf(z8u), columns.Count() * rows.Count(), nullptr));
+        bytes = static_cast<z8u*>(zArray1_Items(flags.Get()));
+        for (std::size_t row = rows.first; row < rows.end; ++row)
+        {
+            Store(selectionOf(row), RowOf(row));
+        }
+    }
+
+    /// Keeps what was kept of a row.
+    [[nodiscard]] auto Row(std::size_t row) const
+    {
+        return [stored = RowOf(row), first = columns.first](std::size_t begin, std::size_t count, Flags& block) {
+            std::copy_n(stored + (begin - first), count, block.begin());
+        };
+    }
+
+private:
+    [[nodiscard]] z8u* RowOf(std::size_t row) const
+    {
+        return bytes + (row - rows.first) * columns.Count();
+    }
+
+    template <typename Selection>
+    void Store(const Selection& selection, z8u* stored) const
+    {
+        Flags block;
+        for (std::size_t first = columns.first; first < columns.end; first += BLOCK)
+        {
+            const std::size_t count = std::min(BLOCK, columns.end - first);
+            selection(first, count, block);
+            stored = std::copy_n(block.begin(), count, stored);
+        }
+    }
+
+    Span columns;
+    Span rows;
+    Ta::Object<void*> flags;
+    z8u* bytes = nullptr;
+};
+
+/// Squares of smaller distances are no longer told apart.
+inline constexpr double SMALLEST_SQUARED = 1e-150;
+
+/// The places of a ring along one axis, and some more; all of them if a value is not finite.
+inline Span PlacesOfRing(std::size_t count, const Axis& axis, double centre, double radius)
+{
+    // Rounding moves a distance by some 1e-16 of the values in it, and the bounds of a ring may be a little wider.
+    const double reach = std::abs(radius) + 1e-9 * (std::abs(radius) + std::abs(centre)) + SMALLEST_SQUARED;
+    const auto world = [&axis](std::size_t i) { return axis.World(static_cast<double>(i)); };
+    const auto places = count == 0 ? std::nullopt : PlacesIn(count, {centre - reach, centre + reach}, world);
+    return places ? *places : Span{0, count};
+}
+
+/// Pixels of a grid of which the world point lies in a sector. Points are read as 16-bit heights, whatever they are.
+inline void WalkSector(const Ta::Place& place, const SurfaceView& surface,
+                       const Mu::Vision::AnnularSector3d<double>& sector, ListRun<zPoint3d64f>& list)
+{
+    const Span columns = PlacesOfRing(surface.width, surface.frame.x, sector.center.x, sector.outerRadius);
+    const Span rows = PlacesOfRing(surface.length, surface.frame.y, sector.center.y, sector.outerRadius);
+    const Windows<1> notNull({NOT_NULL});
+    const auto pointsOf = GridPointsOf(surface.frame);
+    const auto pixelsOf = [&surface, heights = surface.Heights()](std::size_t row) {
+        return heights + row * surface.width;
+    };
+    const auto test = [&](std::size_t row) {
+        const auto isInside = [sector, points = pointsOf(row, pixelsOf(row))](std::size_t i) {
+            const zPoint3d64f point = points(i);
+            return Mu::Vision::IsPointInAnnularSector(sector, {point.x, point.y, point.z}, 1) != 0;
+        };
+        return TestedSelection(WindowSelection<1>(pixelsOf(row), notNull), isInside);
+    };
+    // A test may take an arc tangent: what it says is kept for the count that comes before the points.
+    const StoredFlags stored(place, columns, rows, test);
+    const auto row = [&](std::size_t number, const auto& visit) {
+        visit(columns, stored.Row(number), Output(list, pointsOf(number, pixelsOf(number))));
+    };
+    WalkRows(rows, row, list);
 }
 } // namespace Mu::TlkHelper

@@ -116,8 +116,8 @@ public:
         const auto turned = [this, y](std::size_t column) {
             return toBox.Apply(zPoint3d64f{frame.x.World(static_cast<double>(column)), y, 0.0});
         };
-        const auto alongX = SpanOf(width, box.x, [&turned](std::size_t column) { return turned(column).x; });
-        const auto alongY = SpanOf(width, box.y, [&turned](std::size_t column) { return turned(column).y; });
+        const auto alongX = PlacesIn(width, box.x, [&turned](std::size_t column) { return turned(column).x; });
+        const auto alongY = PlacesIn(width, box.y, [&turned](std::size_t column) { return turned(column).y; });
         if (!alongX || !alongY)
         {
             return std::nullopt;
@@ -127,39 +127,11 @@ public:
     }
 
 private:
-    // The places whose value lies in `bounds`, of values that rise or fall.
-    template <typename Value>
-    static std::optional<Span> SpanOf(std::size_t count, const Bounds& bounds, const Value& value)
-    {
-        const double atFirst = value(0);
-        const double atLast = value(count - 1);
-        if (!std::isfinite(atFirst) || !std::isfinite(atLast))
-        {
-            return std::nullopt;
-        }
-        const double step = (atLast - atFirst) / static_cast<double>(count - 1);
-        const auto guess = [&](double bound) { return Guess(count, (bound - atFirst) / step); };
-        const bool rises = atLast >= atFirst;
-        const std::size_t first =
-            rises ? FirstPlace(count, guess(bounds.low), [&](std::size_t i) { return value(i) >= bounds.low; })
-                  : FirstPlace(count, guess(bounds.high), [&](std::size_t i) { return value(i) <= bounds.high; });
-        const std::size_t end =
-            rises ? FirstPlace(count, guess(bounds.high), [&](std::size_t i) { return !(value(i) <= bounds.high); })
-                  : FirstPlace(count, guess(bounds.low), [&](std::size_t i) { return !(value(i) >= bounds.low); });
-        return Span{first, end};
-    }
-
     // The samples in `bounds` that are not null.
     static Window WindowIn(const Bounds& bounds, const Axis& axis)
     {
         const std::optional<Window> samples = SamplesIn(bounds, axis);
         return samples ? HeightWindow(samples->low, samples->high) : NOT_NULL;
-    }
-
-    static std::size_t Guess(std::size_t count, double place)
-    {
-        const auto most = static_cast<double>(count);
-        return place > 0.0 ? static_cast<std::size_t>(std::min(place, most)) : 0;
     }
 
     Box box;
