@@ -4,6 +4,8 @@
 #include <Host/Error.h>
 #include <Host/Names.h>
 
+#include <TaVision/TvRenderingMsg.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -271,6 +273,26 @@ std::vector<Result> JobLine::Execute(const ScanData& scan)
         std::ranges::move(ofTool, std::back_inserter(results));
     }
     return results;
+}
+
+std::vector<Ta::Object<void*>> JobLine::Renderings() const
+{
+    std::vector<Ta::Object<void*>> renderings;
+    for (const auto& station : stations)
+    {
+        TaPipe::ITool& tool = station->runner.Tool();
+        for (std::size_t i = 0; i < tool.OutputCount(); ++i)
+        {
+            const TaPipe::ToolOutputInfo& output = tool.OutputAt(i);
+            if (output.IsEnabled() && output.DataFormat().type == PipeDataType::Rendering)
+            {
+                std::ranges::copy_if(
+                    station->runner.SentOn(output.Id()), std::back_inserter(renderings),
+                    [](const auto& message) { return xzCastClass_ObjectIs(message.Get(), zTypeOf(TvRenderingMsg)); });
+            }
+        }
+    }
+    return renderings;
 }
 
 const ToolRunner& JobLine::RunnerAt(std::size_t index) const

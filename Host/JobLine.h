@@ -42,6 +42,10 @@ public:
     /// to the inputs routed to it. @throws Error  if a tool does not take scans of that kind
     [[nodiscard]] std::vector<Result> Execute(const ScanData& scan);
 
+    /// The messages that the tools sent in the last execution on outputs of graphics, in the order of the job, of their
+    /// outputs and of sending. No null messages.
+    [[nodiscard]] std::vector<Ta::Object<void*>> Renderings() const;
+
     void Stop();
 
     /// Makes the routes to anchor inputs that were put off. Between two runs, this is a change by the user.

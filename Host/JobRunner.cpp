@@ -71,7 +71,7 @@ ScanData ReadScanData(const ScanSetup& setup, std::size_t sequence, ScanResult& 
     }
 }
 
-RunResult RunJob(const Job& job, const ToolRegistry& registry)
+RunResult RunJob(const Job& job, const ToolRegistry& registry, const ScanObserver& observe)
 {
     JobLine line(job, registry);
     for (const ScanSetup& scan : job.scans)
@@ -83,7 +83,12 @@ RunResult RunJob(const Job& job, const ToolRegistry& registry)
     for (std::size_t i = 0; i < job.scans.size(); ++i)
     {
         ScanResult& result = run.scans.emplace_back();
-        result.results = line.Execute(ReadScanData(job.scans[i], i, result));
+        const ScanData scan = ReadScanData(job.scans[i], i, result);
+        result.results = line.Execute(scan);
+        if (observe)
+        {
+            observe({scan.message, line, result});
+        }
     }
     line.Stop();
     return run;

@@ -6,6 +6,7 @@
 #include <Host/JobLine.h>
 #include <Host/JobRunner.h>
 #include <Host/Names.h>
+#include <Host/Pictures/PictureFiles.h>
 #include <Host/RegionTeacher.h>
 #include <Host/ResultFiles.h>
 #include <Host/ResultTable.h>
@@ -23,7 +24,9 @@
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <ostream>
+#include <sys/stat.h>
 #include <system_error>
 
 namespace Mu::Host
@@ -37,6 +40,7 @@ constexpr const char* examples = R"(Examples:
   tlk inspect SurfaceHeight
   tlk run Examples/Jobs/plate.json
   tlk run SurfaceHeight scan.x3p --limits Mean=-0.05:0.05 --csv results.csv
+  tlk run Examples/Jobs/cylinder.json --picture cylinder.png
   tlk teach job.json scan.x3p
 
 Exit codes: 0 all decisions passed; 1 a measurement is outside its limits, or has limits but no value;
@@ -46,7 +50,9 @@ constexpr const char* runNotes =
     R"(A scan is a grey TIFF height map (with spacing and axes in SCAN.json) or an X3P file.
 A parameter's value is JSON if it reads as JSON, else a text; keys of groups are joined by slashes:
   tlk run TOOL SCAN --param Region/width=12.5 --param 'Name="7"'
-With "-" as file, JSON or CSV goes to the terminal instead of the table.)";
+With "-" as file, JSON or CSV goes to the terminal instead of the table.
+A picture shows the scan with axes, all graphics of the tools, and the measurements; its file ends in .png, .svg or
+.pdf. Of several scans each has a picture of its own: out.png becomes out-1-NAME.png and so on.)";
 
 constexpr const char* teachNotes =
     R"(The job gives the regions as they are drawn on SCAN, in its coordinates, as if no anchor were routed. They are
@@ -68,6 +74,7 @@ struct Options
     CommandLineJob words;
     std::string jsonFile;
     std::string csvFile;
+    std::string pictureFile;
     bool asJson = false;
     bool verbose = false;
 };
@@ -116,12 +123,41 @@ fs::path ProgramFolder(const std::string& programName)
     return failure ? fs::absolute(programName).parent_path() : self.parent_path();
 }
 
-bool IsSameFile(const fs::path& a, const fs::path& b)
+/// Files, each known by whatever name it is called.
+class FileSet
 {
-    std::error_code ignored;
-    return fs::equivalent(a, b, ignored) ||
-           fs::weakly_canonical(fs::absolute(a), ignored) == fs::weakly_canonical(fs::absolute(b), ignored);
-}
+public:
+    /// Adds a file. If it is in the set already, the name by which it came in.
+    [[nodiscard]] std::optional<fs::path> Add(const fs::path& file)
+    {
+        std::optional<fs::path> former;
+        for (const std::string& key : KeysOf(file))
+        {
+            const auto [entry, isNew] = names.try_emplace(key, file);
+            former = isNew ? former : entry->second;
+        }
+        return former;
+    }
+
+private:
+    /// A file that is not there yet has but its name.
+    static std::vector<std::string> KeysOf(const fs::path& file)
+    {
+        std::error_code ignored;
+        const fs::path canonical = fs::weakly_canonical(fs::absolute(file), ignored);
+        std::vector<std::string> keys{canonical.empty() ? file.string() : canonical.string()};
+        struct stat status
+        {
+        };
+        if (stat(file.c_str(), &status) == 0)
+        {
+            keys.push_back(fmt::format("{}:{}", status.st_dev, status.st_ino));
+        }
+        return keys;
+    }
+
+    std::map<std::string, fs::path> names;
+};
 
 /// True while code of plug-ins runs.
 std::atomic<bool> toolsAtWork{false};
@@ -242,6 +278,7 @@ private:
         };
         addFile("--json", options.jsonFile, "Write the results as JSON");
         addFile("--csv", options.csvFile, "Write the results as comma-separated values");
+        addFile("--picture", options.pictureFile, "Draw scan, graphics and results as PNG, SVG or PDF");
         run.add_flag("--verbose", options.verbose, "Show what the scan reader notes");
     }
 
@@ -329,6 +366,45 @@ private:
         return MakeJob(options.words);
     }
 
+    /// The pictures of a run. They are held until all has gone well.
+    struct Pictures
+    {
+        /// Nobody looks on if no pictures are asked for.
+        [[nodiscard]] ScanObserver Observer()
+        {
+            if (files.empty())
+            {
+                return {};
+            }
+            return [this](const ExecutedScan& executed) { drawn.push_back(PictureOf(executed, format)); };
+        }
+
+        PictureFormat format = PictureFormat::Png;
+        std::vector<fs::path> files;
+        std::vector<std::string> drawn;
+    };
+
+    static JobPlace PlaceOfPictures()
+    {
+        return {"command line", "--picture"};
+    }
+
+    Pictures FormatOfPictures() const
+    {
+        Pictures pictures;
+        if (!options.pictureFile.empty())
+        {
+            pictures.format = PictureFormatOf(options.pictureFile, PlaceOfPictures());
+        }
+        return pictures;
+    }
+
+    std::vector<fs::path> FilesOfPictures(const Job& job) const
+    {
+        return options.pictureFile.empty() ? std::vector<fs::path>()
+                                           : PictureFiles(options.pictureFile, job.scans, PlaceOfPictures());
+    }
+
     ExitCode RunJobs(const ToolRegistry& registry)
     {
         const bool jsonShown = options.jsonFile == terminal;
@@ -338,11 +414,17 @@ private:
             JobPlace{"command line", "run"}.Fail("JSON and CSV cannot both go to the terminal",
                                                  "Write one of them into a file");
         }
+        Pictures pictures = FormatOfPictures();
         const Job job = JobOfWords(registry);
-        CheckResultFiles(job);
-        const RunResult run = Guarded([&] { return RunJob(job, registry); });
+        pictures.files = FilesOfPictures(job);
+        CheckResultFiles(job, pictures.files);
+        const RunResult run = Guarded([&] { return RunJob(job, registry, pictures.Observer()); });
         const std::string json = options.jsonFile.empty() ? "" : Dumped(ResultJson(run));
         const std::string csv = options.csvFile.empty() ? "" : ResultCsv(run);
+        for (std::size_t i = 0; i < pictures.files.size(); ++i)
+        {
+            WriteWholeFile(pictures.files[i], pictures.drawn[i]);
+        }
         Deliver(options.jsonFile, json);
         Deliver(options.csvFile, csv);
         if (!jsonShown && !csvShown)
@@ -375,30 +457,31 @@ private:
     }
 
     /// Results may not take the place of what they are made from, nor of each other.
-    void CheckResultFiles(const Job& job) const
+    void CheckResultFiles(const Job& job, const std::vector<fs::path>& pictures) const
     {
-        std::vector<fs::path> taken{options.subject};
+        FileSet taken;
+        static_cast<void>(taken.Add(options.subject));
         for (const ScanSetup& scan : job.scans)
         {
-            taken.push_back(scan.file);
-            taken.emplace_back(scan.file.string() + ".json");
+            static_cast<void>(taken.Add(scan.file));
+            static_cast<void>(taken.Add(scan.file.string() + ".json"));
         }
+        std::vector<fs::path> results = pictures;
         for (const std::string& file : {options.jsonFile, options.csvFile})
         {
-            if (file.empty() || file == terminal)
+            if (!file.empty() && file != terminal)
             {
-                continue;
+                results.emplace_back(file);
             }
-            for (const fs::path& other : taken)
+        }
+        for (const fs::path& file : results)
+        {
+            if (const auto other = taken.Add(file))
             {
-                if (IsSameFile(file, other))
-                {
-                    JobPlace{"command line", "run"}.Fail(
-                        fmt::format("the results would take the place of {}", Quoted(other.string())),
-                        "Give the results a file of their own");
-                }
+                JobPlace{"command line", "run"}.Fail(
+                    fmt::format("the results would take the place of {}", Quoted(other->string())),
+                    "Give the results a file of their own");
             }
-            taken.emplace_back(file);
         }
     }
 

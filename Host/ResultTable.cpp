@@ -10,62 +10,15 @@ namespace
 {
 constexpr std::size_t tableWidth = 80;
 
-std::string OutputText(const Result& result)
-{
-    const std::string name = TerminalText(result.output);
-    return result.index ? fmt::format("{}[{}]", name, *result.index) : name;
-}
-
-std::string ValueText(const Result& result)
-{
-    switch (result.state)
-    {
-    case ResultState::Value:
-        return ShortNumber(result.value);
-    case ResultState::Data:
-        return PipeDataTypeName(result.dataType);
-    default:
-        return NameOf(result.state);
-    }
-}
-
-std::string LimitsText(const Limits& limits)
-{
-    if (limits.lower && limits.upper)
-    {
-        return fmt::format("{} to {}", ShortNumber(*limits.lower), ShortNumber(*limits.upper));
-    }
-    if (limits.lower)
-    {
-        return fmt::format("from {}", ShortNumber(*limits.lower));
-    }
-    return limits.upper ? fmt::format("up to {}", ShortNumber(*limits.upper)) : std::string();
-}
-
 std::vector<std::string> RowOf(const std::string& scan, const Result& result)
 {
     return {scan,
             TerminalText(result.tool),
-            OutputText(result),
+            TerminalText(OutputText(result)),
             ValueText(result),
             result.state == ResultState::Value ? TerminalText(result.units) : std::string(),
             LimitsText(result.limits),
             NameOf(result.decision)};
-}
-
-std::string SizeText(const ScanResult& scan)
-{
-    using TaPipe::PipeDataType;
-    if (scan.dataType == PipeDataType::Image)
-    {
-        return fmt::format("{} x {} pixels", scan.width, scan.length);
-    }
-    const auto samples = static_cast<double>(scan.width) * static_cast<double>(scan.length);
-    const double invalid = samples > 0 ? 100 * (samples - static_cast<double>(scan.validCount)) / samples : 0;
-    const bool isProfile = scan.dataType == PipeDataType::UniformProfile || scan.dataType == PipeDataType::PointProfile;
-    const std::string size =
-        isProfile ? fmt::format("{} points", scan.width) : fmt::format("{} x {} samples", scan.width, scan.length);
-    return fmt::format("{}, {:.1f} % without height", size, invalid);
 }
 
 std::string ScanText(const ScanResult& scan, Notes notes)
@@ -102,6 +55,52 @@ std::string DecisionText(const RunResult& run)
 std::string ShortNumber(double value)
 {
     return fmt::format("{:.6g}", value);
+}
+
+std::string OutputText(const Result& result)
+{
+    return result.index ? fmt::format("{}[{}]", result.output, *result.index) : result.output;
+}
+
+std::string ValueText(const Result& result)
+{
+    switch (result.state)
+    {
+    case ResultState::Value:
+        return ShortNumber(result.value);
+    case ResultState::Data:
+        return PipeDataTypeName(result.dataType);
+    default:
+        return NameOf(result.state);
+    }
+}
+
+std::string LimitsText(const Limits& limits)
+{
+    if (limits.lower && limits.upper)
+    {
+        return fmt::format("{} to {}", ShortNumber(*limits.lower), ShortNumber(*limits.upper));
+    }
+    if (limits.lower)
+    {
+        return fmt::format("from {}", ShortNumber(*limits.lower));
+    }
+    return limits.upper ? fmt::format("up to {}", ShortNumber(*limits.upper)) : std::string();
+}
+
+std::string SizeText(const ScanResult& scan)
+{
+    using TaPipe::PipeDataType;
+    if (scan.dataType == PipeDataType::Image)
+    {
+        return fmt::format("{} x {} pixels", scan.width, scan.length);
+    }
+    const auto samples = static_cast<double>(scan.width) * static_cast<double>(scan.length);
+    const double invalid = samples > 0 ? 100 * (samples - static_cast<double>(scan.validCount)) / samples : 0;
+    const bool isProfile = scan.dataType == PipeDataType::UniformProfile || scan.dataType == PipeDataType::PointProfile;
+    const std::string size =
+        isProfile ? fmt::format("{} points", scan.width) : fmt::format("{} x {} samples", scan.width, scan.length);
+    return fmt::format("{}, {:.1f} % without height", size, invalid);
 }
 
 std::string ResultTable(const RunResult& run, Notes notes)

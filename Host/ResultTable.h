@@ -18,4 +18,18 @@ enum class Notes
 
 /// A number for people: six significant digits.
 [[nodiscard]] std::string ShortNumber(double value);
+
+// What tables say of a result and of a scan. Names are as they came.
+
+/// The name of the output, with the place in its array.
+[[nodiscard]] std::string OutputText(const Result& result);
+
+/// The value, or why there is none.
+[[nodiscard]] std::string ValueText(const Result& result);
+
+/// "1 to 2", "from 1", "up to 2", or nothing.
+[[nodiscard]] std::string LimitsText(const Limits& limits);
+
+/// How many samples there are, and how many without a value.
+[[nodiscard]] std::string SizeText(const ScanResult& scan);
 } // namespace Mu::Host

@@ -8,8 +8,10 @@ set -euo pipefail
 buildPackages=(
     binutils
     cmake
+    fonts-dejavu-core
     g++
     libasio-dev
+    libcairo2-dev
     libcli11-dev
     libeigen3-dev
     libfmt-dev

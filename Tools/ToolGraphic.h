@@ -117,7 +117,7 @@ private:
     static constexpr float DOT_SIZE = 8;
     static constexpr float FOUND_WIDTH = 2;
     static constexpr float DECORATION_WIDTH = 1;
-    static constexpr float CASING_WIDTH = 4;
+    static constexpr float CASING_WIDTH = 2;
     static constexpr double ARM = 1.25; ///< the arms, in radii of the arc
 
     void AddCasing(const zPoint3d64f& point, const zPoint3d64f& direction)

@@ -2,6 +2,10 @@
 
 #include "HostTestFiles.h"
 
+#include <Host/JobLine.h>
+
+#include <TaVision/TvSurfaceMsg.h>
+
 namespace
 {
 using namespace Mu::Host;
@@ -46,6 +50,24 @@ TEST_F(JobOnScans, gives_the_results_of_each_scan_in_turn)
     EXPECT_DOUBLE_EQ(ResultOf(run.scans[0].results, "Mean").value, 3);
     EXPECT_DOUBLE_EQ(ResultOf(run.scans[1].results, "Mean").value, 7);
     EXPECT_DOUBLE_EQ(ResultOf(run.scans[1].results, "ValidShare").value, 25);
+}
+
+TEST_F(JobOnScans, tells_an_observer_of_each_scan_with_its_message_results_and_graphics)
+{
+    registry.AddPlugin(PluginFile("DrawingTools"));
+    WriteBytes(folder / "job.json",
+               R"({"scans": ["a.tif", "b.tif"], "tools": [{"type": "SurfaceHeight"}, {"type": "Draftsman"}]})");
+    std::vector<std::string> names;
+    const RunResult run = RunJob(ReadJob(folder / "job.json"), registry, [&](const ExecutedScan& executed) {
+        names.push_back(executed.result.name);
+        EXPECT_EQ(TvSurfaceMsg_Width(executed.message.Get()), 2U);
+        EXPECT_EQ(CountOf(executed.result.results, "Mean"), 1U);
+        // That of SurfaceHeight; of the other tool one alone, and two of an array of three, of which one is null. Those
+        // switched off and null are none.
+        EXPECT_EQ(executed.line.Renderings().size(), 4U);
+    });
+    EXPECT_EQ(names, (std::vector<std::string>{"a.tif", "b.tif"}));
+    EXPECT_EQ(run.scans.size(), 2U);
 }
 
 TEST_F(JobOnScans, counts_the_scans_in_their_stamps_from_0)

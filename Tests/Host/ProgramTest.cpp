@@ -225,6 +225,57 @@ TEST_F(Program, shows_json_or_csv_in_place_of_the_table)
     EXPECT_EQ(Lines(asCsv.out).size(), 8U);
 }
 
+TEST_F(Program, draws_a_picture_of_a_scan_with_its_results)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    for (const char* const name : {"out.png", "out.svg", "out.pdf"})
+    {
+        const Ended ended = Run("run SurfaceHeight a.tif --limits Mean=0:2 --picture " + std::string(name));
+        EXPECT_EQ(ended.code, 1) << ended.err;
+        EXPECT_TRUE(Contains(ended.out, "FAIL"));
+    }
+    EXPECT_TRUE(ReadBytes(folder / "out.png").starts_with("\x89PNG"));
+    EXPECT_TRUE(ReadBytes(folder / "out.pdf").starts_with("%PDF"));
+    const std::string svg = ReadBytes(folder / "out.svg");
+    for (const char* const text : {">a.tif<", ">Mean<", ">0 to 2<", ">FAIL<", ">z (mm)<"})
+    {
+        EXPECT_TRUE(Contains(svg, text));
+    }
+}
+
+TEST_F(Program, draws_what_tools_send_alone_and_in_arrays)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    const Ended ended = Run(Plugins("run Draftsman a.tif --picture out.svg"));
+    EXPECT_EQ(ended.code, 0) << ended.err;
+    const std::string svg = ReadBytes(folder / "out.svg");
+    EXPECT_TRUE(Contains(svg, ">width 12.5 mm<"));
+    EXPECT_TRUE(Contains(svg, ">plane 1<"));
+    // The element without numbers is in the array; the output that is switched off would make it two.
+    EXPECT_TRUE(Contains(svg, ">not drawn: 1 graphic element with coordinates that are no numbers<"));
+}
+
+TEST_F(Program, draws_a_picture_for_each_of_several_scans)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    WriteSmallScan(folder / "b.tif", {1, 2, 3, 7});
+    EXPECT_EQ(Run("run SurfaceHeight a.tif b.tif --picture out.svg").code, 0);
+    EXPECT_TRUE(Contains(ReadBytes(folder / "out-1-a.svg"), ">a.tif<"));
+    EXPECT_TRUE(Contains(ReadBytes(folder / "out-2-b.svg"), ">b.tif<"));
+    EXPECT_FALSE(fs::exists(folder / "out.svg"));
+}
+
+TEST_F(Program, writes_the_same_picture_again)
+{
+    WriteSmallScan(folder / "a.tif", {1, 2, 3, 6});
+    for (const std::string ending : {".png", ".svg", ".pdf"})
+    {
+        EXPECT_EQ(Run("run SurfaceHeight a.tif --picture first" + ending).code, 0);
+        EXPECT_EQ(Run("run SurfaceHeight a.tif --picture second" + ending).code, 0);
+        EXPECT_TRUE(ReadBytes(folder / ("first" + ending)) == ReadBytes(folder / ("second" + ending))) << ending;
+    }
+}
+
 TEST_F(Program, tells_its_version_and_help)
 {
     EXPECT_TRUE(Contains(Run("--version").out, "tlk "));
@@ -309,6 +360,14 @@ INSTANTIATE_TEST_SUITE_P(
              "tlk: good.json: routes: no route leads to an anchor"},
         Case{"teaching_a_folder", "teach . a.tif", "tlk: .: this is not a file that can be read."},
         Case{"teaching_a_job_that_is_not_there", "teach none.json a.tif", "tlk: none.json: there is no such file."},
+        Case{"picture_on_the_terminal", "run SurfaceHeight a.tif --picture -",
+             "tlk: command line: --picture: a picture cannot go to the terminal."},
+        Case{"picture_of_an_unknown_format", "run SurfaceHeight none.tif --picture out.jpg",
+             "tlk: command line: --picture: \"out.jpg\" has no ending that names a format of pictures."},
+        Case{"picture_in_place_of_a_result", "run SurfaceHeight a.tif --picture r.svg --json ./r.svg",
+             "the results would take the place of \"r.svg\"."},
+        Case{"pictures_of_a_job_that_fails", "run SurfaceHeight a.tif half.tif --picture out.png", "tlk: half.tif: "},
+        Case{"no_folder_for_a_picture", "run SurfaceHeight a.tif --picture none/out.png", "none/out.png: "},
         Case{"two_on_the_terminal", "run SurfaceHeight a.tif --json - --csv -",
              "JSON and CSV cannot both go to the terminal."}),
     [](const auto& test) { return std::string(test.param.name); });
