@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <iterator>
 #include <utility>
 
@@ -147,10 +148,15 @@ void JobLine::Station::CheckRequiredInputs() const
 /// Regions are placed by the first data of an input set, and look at its first item.
 void JobLine::Station::PutDataFirst()
 {
-    std::ranges::stable_partition(feeds, [this](const Feed& feed) {
+    const auto isData = [this](const Feed& feed) {
         return feed.source == nullptr ||
                feed.source->runner.Output(feed.output, setup->place).DataFormat().type != PipeDataType::Measurement;
-    });
+    };
+    // Not std::stable_partition, which newer compilers reject in this standard library as deprecated.
+    std::vector<Feed> ordered;
+    std::ranges::copy_if(feeds, std::back_inserter(ordered), isData);
+    std::ranges::copy_if(feeds, std::back_inserter(ordered), std::not_fn(isData));
+    feeds = std::move(ordered);
 }
 
 void JobLine::Station::CheckTaken(const std::string& input, PipeDataType type) const

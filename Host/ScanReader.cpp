@@ -1,6 +1,8 @@
 #include <Host/ScanReader.h>
 
 #include <Host/Error.h>
+#include <Host/PcdReader.h>
+#include <Host/PlyReader.h>
 #include <Host/ScanFile.h>
 #include <Host/TiffReader.h>
 #include <Host/X3pReader.h>
@@ -41,23 +43,35 @@ Scan ReadX3pScan(const std::filesystem::path& file, const JobOptions& job)
     return ReadX3p(file);
 }
 
+Scan ReadPlyScan(const std::filesystem::path& file, const JobOptions& job)
+{
+    return ReadPly(file, ReadCloudOptions(file, job.values, job.place, "PLY"));
+}
+
+Scan ReadPcdScan(const std::filesystem::path& file, const JobOptions& job)
+{
+    return ReadPcd(file, ReadCloudOptions(file, job.values, job.place, "PCD"));
+}
+
 struct Format
 {
     std::string_view start;
     Scan (*read)(const std::filesystem::path&, const JobOptions&);
+    bool (*isStart)(std::string_view) = nullptr; ///< decides if the first bytes alone do not
 };
 
 using namespace std::string_view_literals;
 
 // TIFF and BigTIFF in both byte orders; zip archives, of which X3P is one, with entries and without.
-constexpr std::array formats{Format{"II*\0"sv, &ReadTiffScan},     Format{"MM\0*"sv, &ReadTiffScan},
-                             Format{"II+\0"sv, &ReadTiffScan},     Format{"MM\0+"sv, &ReadTiffScan},
-                             Format{"PK\x03\x04"sv, &ReadX3pScan}, Format{"PK\x05\x06"sv, &ReadX3pScan}};
+constexpr std::array formats{
+    Format{"II*\0"sv, &ReadTiffScan}, Format{"MM\0*"sv, &ReadTiffScan},     Format{"II+\0"sv, &ReadTiffScan},
+    Format{"MM\0+"sv, &ReadTiffScan}, Format{"PK\x03\x04"sv, &ReadX3pScan}, Format{"PK\x05\x06"sv, &ReadX3pScan},
+    Format{"ply\n"sv, &ReadPlyScan},  Format{"ply\r"sv, &ReadPlyScan},      Format{""sv, &ReadPcdScan, &IsPcd}};
 
 std::string FirstBytes(const std::filesystem::path& file)
 {
     RequireReadableFile(file);
-    std::string start(4, '\0');
+    std::string start(pcdStart, '\0');
     std::ifstream stream(file, std::ios::binary);
     stream.read(start.data(), static_cast<std::streamsize>(start.size()));
     start.resize(static_cast<std::size_t>(stream.gcount()));
@@ -68,11 +82,13 @@ std::string FirstBytes(const std::filesystem::path& file)
 Scan ReadScan(const std::filesystem::path& file, const json& options, std::string_view optionsPlace)
 {
     const std::string start = FirstBytes(file);
-    const auto format = std::ranges::find(formats, std::string_view(start), &Format::start);
+    const auto format = std::ranges::find_if(formats, [&start](const Format& each) {
+        return start.starts_with(each.start) && (each.isStart == nullptr || each.isStart(start));
+    });
     if (format == formats.end())
     {
-        throw Error(file, "first bytes", "the file begins neither as a TIFF nor as an X3P file",
-                    "Give a scan as a grey TIFF height map or as X3P, and check that the file is not damaged");
+        throw Error(file, "first bytes", "the file begins neither as a TIFF nor as an X3P, PLY or PCD file",
+                    "Give a scan as a grey TIFF height map, X3P, PLY or PCD, and check that the file is not damaged");
     }
     try
     {

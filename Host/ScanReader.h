@@ -15,6 +15,8 @@ namespace Mu::Host
 /// |--------|----------|----------------------------------------------------------------|
 /// | TIFF   | ReadTiff | needed: those of TiffOptions, in the sidecar or from the job   |
 /// | X3P    | ReadX3p  | none: the file tells everything                                |
+/// | PLY    | ReadPly  | needed: those of CloudOptions, in the sidecar or from the job  |
+/// | PCD    | ReadPcd  | needed: those of CloudOptions, in the sidecar or from the job  |
 ///
 /// @param options       the scan's options as the job gives them: an object, or null if it gives none
 /// @param optionsPlace  where the job gives them, for messages, as in "plate.job.json, scan 2"

@@ -52,7 +52,7 @@ TIFFErrorHandler otherWarningHandler = nullptr;
 }
 
 // The handlers of libtiff are global. Ours take only what a reader's own thread hears; the rest goes where it went.
-void HearError(const char* module, const char* format, std::va_list arguments)
+[[gnu::format(printf, 2, 0)]] void HearError(const char* module, const char* format, std::va_list arguments)
 {
     if (listener != nullptr)
     {
@@ -64,7 +64,7 @@ void HearError(const char* module, const char* format, std::va_list arguments)
     }
 }
 
-void HearWarning(const char* module, const char* format, std::va_list arguments)
+[[gnu::format(printf, 2, 0)]] void HearWarning(const char* module, const char* format, std::va_list arguments)
 {
     if (listener != nullptr)
     {

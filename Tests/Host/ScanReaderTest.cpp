@@ -2,6 +2,7 @@
 
 #include <Host/TiffOptions.h>
 
+#include "CloudTestFiles.h"
 #include "ScanTestFiles.h"
 
 #include <nlohmann/json.hpp>
@@ -56,8 +57,25 @@ protected:
                                                          {"bindata/valid.bin", "\x0f"}}));
     }
 
+    /// Two points each, as PLY and PCD. The comments give damage a place where it does no harm.
+    static std::vector<std::string> SmallClouds()
+    {
+        const std::string remark(100, '-');
+        const std::string ply =
+            " 1.0\ncomment " + remark +
+            "\nelement vertex 2\nproperty float x\nproperty float y\nproperty float z\nend_header\n";
+        const std::string pcd =
+            "# " + remark + "\nVERSION .7\nFIELDS x y z\nSIZE 4 4 4\nTYPE F F F\nWIDTH 2\nHEIGHT 1\nDATA ";
+        const std::string points = NumberBytes(0.F, 0.F, 1.F, 2.F, 0.F, 3.F);
+        const std::string columns = NumberBytes(0.F, 2.F, 0.F, 0.F, 1.F, 3.F);
+        return {"ply\nformat ascii" + ply + "0 0 1\n2 0 3\n", "ply\nformat binary_little_endian" + ply + points,
+                pcd + "ascii\n0 0 1\n2 0 3\n", pcd + "binary\n" + points,
+                pcd + "binary_compressed\n" + NumberBytes(std::uint32_t{25}, std::uint32_t{24}) + "\x17" + columns};
+    }
+
     TemporaryFolder folder;
     json noOptions;
+    json cloudOptions = {{"unit", "mm"}, {"spacing", {1, 1}}};
     json options = {{"spacing", {0.1, 0.1, 0.001}}};
 };
 
@@ -71,6 +89,13 @@ TEST_F(ScanReader, Example_scans_are_read_with_nothing_but_their_sidecars)
     const auto land = ReadHeightMap(ExampleScan("sample-land.x3p"));
     EXPECT_EQ(land.width, 918u);
     EXPECT_EQ(land.length, 256u);
+    const auto mug = std::get<PointMap>(ReadScan(ExampleScan("table_scene_mug_stereo_textured.pcd")));
+    EXPECT_EQ(mug.width, 640u);
+    EXPECT_EQ(mug.length, 480u);
+    EXPECT_EQ(mug.validCount, 209280u);
+    // Nearest and farthest, with z against the direction of view.
+    EXPECT_NEAR(mug.offsetMm.z + 32767 * mug.scaleMm.z, -690, 0.5);
+    EXPECT_NEAR(mug.offsetMm.z - 32767 * mug.scaleMm.z, -2593, 0.5);
 }
 
 TEST_F(ScanReader, Format_is_known_by_content_whatever_the_name)
@@ -85,6 +110,12 @@ TEST_F(ScanReader, Format_is_known_by_content_whatever_the_name)
     {
         const auto file = WriteTiff<std::uint16_t>(folder / "c.dat", 2, {5, 6}, {.mode = mode});
         EXPECT_EQ(ReadHeightMap(file, options, jobPlace).heights, (Heights{5, 6})) << mode;
+    }
+    for (const std::string& cloud : SmallClouds())
+    {
+        const auto file = folder / "d.tif";
+        WriteBytes(file, cloud);
+        EXPECT_EQ(ReadHeightMap(file, cloudOptions, jobPlace).validCount, 2u);
     }
 }
 
@@ -232,5 +263,43 @@ TEST_F(ScanReader, Damaged_descriptions_are_read_or_refused)
     }
     EXPECT_GT(read, 0);
     EXPECT_LT(read, rounds);
+}
+
+TEST_F(ScanReader, Every_start_of_a_cloud_is_read_or_refused)
+{
+    options = cloudOptions;
+    const auto file = folder / "part";
+    for (const std::string& whole : SmallClouds())
+    {
+        for (std::size_t size = 0; size < whole.size(); ++size)
+        {
+            WriteBytes(file, whole.substr(0, size));
+            ReadsOrRefuses(file);
+        }
+    }
+}
+
+TEST_F(ScanReader, Damaged_clouds_are_read_or_refused)
+{
+    options = cloudOptions;
+    std::mt19937 random(24);
+    const auto file = folder / "damaged.ply";
+    for (const std::string& whole : SmallClouds())
+    {
+        int read = 0;
+        constexpr int rounds = 500;
+        for (int round = 0; round < rounds; ++round)
+        {
+            std::string bytes = whole;
+            for (auto flips = 1 + random() % 3; flips > 0; --flips)
+            {
+                bytes[4 + random() % (bytes.size() - 4)] = static_cast<char>(random());
+            }
+            WriteBytes(file, bytes);
+            read += ReadsOrRefuses(file) ? 1 : 0;
+        }
+        EXPECT_GT(read, 0);
+        EXPECT_LT(read, rounds);
+    }
 }
 } // namespace

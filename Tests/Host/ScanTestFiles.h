@@ -248,7 +248,8 @@ inline testing::AssertionResult Contains(const std::string& text, std::string_vi
     return testing::AssertionFailure() << "\"" << part << "\" is not in \"" << text << "\"";
 }
 
-inline bool HasNote(const HeightMap& map, std::string_view part)
+template <typename Map>
+bool HasNote(const Map& map, std::string_view part)
 {
     return std::ranges::any_of(map.notes, [part](const std::string& note) { return note.find(part) != note.npos; });
 }
