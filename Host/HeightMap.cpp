@@ -2,6 +2,7 @@
 
 #include <Host/Error.h>
 #include <Host/SampleLevels.h>
+#include <Host/Transposed.h>
 
 #include <fmt/format.h>
 
@@ -196,26 +197,6 @@ void FillHeights(const SampleGrid& grid, HeightMap& map, std::span<const Sample>
     RoundHeights(map, range, samples, isValid);
 }
 
-std::vector<std::int16_t> Transposed(const std::vector<std::int16_t>& heights, std::size_t columns, std::size_t rows)
-{
-    // Squares that stay in the first cache: an order of magnitude faster than whole rows on large maps.
-    constexpr std::size_t side = 64;
-    std::vector<std::int16_t> result(heights.size());
-    for (std::size_t top = 0; top < rows; top += side)
-    {
-        for (std::size_t left = 0; left < columns; left += side)
-        {
-            for (std::size_t column = left; column < std::min(left + side, columns); ++column)
-            {
-                for (std::size_t row = top; row < std::min(top + side, rows); ++row)
-                {
-                    result[column * rows + row] = heights[row * columns + column];
-                }
-            }
-        }
-    }
-    return result;
-}
 } // namespace
 
 template <typename Sample>

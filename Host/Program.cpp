@@ -47,8 +47,8 @@ Exit codes: 0 all decisions passed; 1 a measurement is outside its limits, or ha
 2 bad use, or a bad job, scan, parameter or plug-in: one message says what, and no file is left half-written.)";
 
 constexpr const char* runNotes =
-    R"(A scan is a grey TIFF height map (with spacing and axes in SCAN.json), an X3P file, or a
-PLY or PCD point cloud (with unit, and spacing of a grid, in SCAN.json).
+    R"(A scan is a TIFF or PNG image, an X3P file, a PLY or PCD point cloud, or a text of numbers (with spacing or unit in
+SCAN.json).
 A parameter's value is JSON if it reads as JSON, else a text; keys of groups are joined by slashes:
   tlk run TOOL SCAN --param Region/width=12.5 --param 'Name="7"'
 With "-" as file, JSON or CSV goes to the terminal instead of the table.

@@ -1,8 +1,11 @@
 #include <Host/ScanReader.h>
 
+#include <Host/CsvReader.h>
 #include <Host/Error.h>
+#include <Host/GridOptions.h>
 #include <Host/PcdReader.h>
 #include <Host/PlyReader.h>
+#include <Host/PngReader.h>
 #include <Host/ScanFile.h>
 #include <Host/TiffReader.h>
 #include <Host/X3pReader.h>
@@ -30,7 +33,7 @@ struct JobOptions
 
 Scan ReadTiffScan(const std::filesystem::path& file, const JobOptions& job)
 {
-    return ReadTiff(file, ReadTiffOptions(file, job.values, job.place));
+    return ReadTiff(file, ReadGridOptions({file, job.values, job.place}, "TIFF"));
 }
 
 Scan ReadX3pScan(const std::filesystem::path& file, const JobOptions& job)
@@ -53,6 +56,16 @@ Scan ReadPcdScan(const std::filesystem::path& file, const JobOptions& job)
     return ReadPcd(file, ReadCloudOptions(file, job.values, job.place, "PCD"));
 }
 
+Scan ReadPngScan(const std::filesystem::path& file, const JobOptions& job)
+{
+    return ReadPng(file, FindGridOptions({file, job.values, job.place}, "PNG"));
+}
+
+Scan ReadCsvScan(const std::filesystem::path& file, const JobOptions& job)
+{
+    return ReadCsv(file, ReadCsvOptions({file, job.values, job.place}));
+}
+
 struct Format
 {
     std::string_view start;
@@ -63,10 +76,11 @@ struct Format
 using namespace std::string_view_literals;
 
 // TIFF and BigTIFF in both byte orders; zip archives, of which X3P is one, with entries and without.
-constexpr std::array formats{
-    Format{"II*\0"sv, &ReadTiffScan}, Format{"MM\0*"sv, &ReadTiffScan},     Format{"II+\0"sv, &ReadTiffScan},
-    Format{"MM\0+"sv, &ReadTiffScan}, Format{"PK\x03\x04"sv, &ReadX3pScan}, Format{"PK\x05\x06"sv, &ReadX3pScan},
-    Format{"ply\n"sv, &ReadPlyScan},  Format{"ply\r"sv, &ReadPlyScan},      Format{""sv, &ReadPcdScan, &IsPcd}};
+constexpr std::array formats{Format{"II*\0"sv, &ReadTiffScan},     Format{"MM\0*"sv, &ReadTiffScan},
+                             Format{"II+\0"sv, &ReadTiffScan},     Format{"MM\0+"sv, &ReadTiffScan},
+                             Format{"PK\x03\x04"sv, &ReadX3pScan}, Format{"PK\x05\x06"sv, &ReadX3pScan},
+                             Format{"\x89PNG"sv, &ReadPngScan},    Format{"ply\n"sv, &ReadPlyScan},
+                             Format{"ply\r"sv, &ReadPlyScan},      Format{""sv, &ReadPcdScan, &IsPcd}};
 
 std::string FirstBytes(const std::filesystem::path& file)
 {
@@ -77,22 +91,33 @@ std::string FirstBytes(const std::filesystem::path& file)
     start.resize(static_cast<std::size_t>(stream.gcount()));
     return start;
 }
-} // namespace
 
-Scan ReadScan(const std::filesystem::path& file, const json& options, std::string_view optionsPlace)
+/// What reads the file: a text has no first bytes of its own, so it comes last.
+auto ReaderOf(const std::filesystem::path& file)
 {
     const std::string start = FirstBytes(file);
     const auto format = std::ranges::find_if(formats, [&start](const Format& each) {
         return start.starts_with(each.start) && (each.isStart == nullptr || each.isStart(start));
     });
-    if (format == formats.end())
+    if (format != formats.end())
     {
-        throw Error(file, "first bytes", "the file begins neither as a TIFF nor as an X3P, PLY or PCD file",
-                    "Give a scan as a grey TIFF height map, X3P, PLY or PCD, and check that the file is not damaged");
+        return format->read;
     }
+    if (!LooksLikeCsv(file))
+    {
+        throw Error(file, "first bytes",
+                    "the file begins neither as a TIFF, PNG, X3P, PLY or PCD file nor as a text with lines of numbers",
+                    "Give a scan in one of these formats, and check that the file is not damaged");
+    }
+    return &ReadCsvScan;
+}
+} // namespace
+
+Scan ReadScan(const std::filesystem::path& file, const json& options, std::string_view optionsPlace)
+{
     try
     {
-        return format->read(file, JobOptions{options, optionsPlace});
+        return ReaderOf(file)(file, JobOptions{options, optionsPlace});
     }
     catch (const std::bad_alloc&)
     {

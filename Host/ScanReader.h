@@ -11,12 +11,14 @@ namespace Mu::Host
 {
 /// Reads a scan of any format, which is known by its first bytes, whatever the name of the file:
 ///
-/// | format | read by  | options                                                        |
-/// |--------|----------|----------------------------------------------------------------|
-/// | TIFF   | ReadTiff | needed: those of TiffOptions, in the sidecar or from the job   |
-/// | X3P    | ReadX3p  | none: the file tells everything                                |
-/// | PLY    | ReadPly  | needed: those of CloudOptions, in the sidecar or from the job  |
-/// | PCD    | ReadPcd  | needed: those of CloudOptions, in the sidecar or from the job  |
+/// | format | read by  | options, in the sidecar or from the job                             |
+/// |--------|----------|---------------------------------------------------------------------|
+/// | TIFF   | ReadTiff | needed: those of GridOptions                                        |
+/// | X3P    | ReadX3p  | none: the file tells everything                                     |
+/// | PNG    | ReadPng  | those of GridOptions make it a height map; grey of 16 bits needs them |
+/// | text   | ReadCsv  | needed: those of CsvOptions; any text with lines of numbers         |
+/// | PLY    | ReadPly  | needed: those of CloudOptions                                       |
+/// | PCD    | ReadPcd  | needed: those of CloudOptions                                       |
 ///
 /// @param options       the scan's options as the job gives them: an object, or null if it gives none
 /// @param optionsPlace  where the job gives them, for messages, as in "plate.job.json, scan 2"

@@ -336,7 +336,7 @@ const SampleKind& FindSampleKind(const Image& image)
     return *kind;
 }
 
-std::vector<std::string> NotesOnImage(const Image& image, const TiffOptions& options)
+std::vector<std::string> NotesOnImage(const Image& image, const GridOptions& options)
 {
     std::vector<std::string> notes;
     const bool byColumns = options.alongX == ImageAxis::Columns;
@@ -355,7 +355,7 @@ std::vector<std::string> NotesOnImage(const Image& image, const TiffOptions& opt
 }
 } // namespace
 
-HeightMap ReadTiff(const std::filesystem::path& file, const TiffOptions& options)
+HeightMap ReadTiff(const std::filesystem::path& file, const GridOptions& options)
 {
     RequireReadableFile(file);
     const Listening heard;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <Host/GridOptions.h>
 #include <Host/HeightMap.h>
-#include <Host/TiffOptions.h>
 
 #include <filesystem>
 
@@ -12,5 +12,5 @@ namespace Mu::Host
 /// if x runs along rows). Floats that are not finite are invalid. Of several pages the first is read.
 /// May be called from several threads; what libtiff has to say goes into the notes or into the error.
 /// @throws Error  if the file is missing, damaged or truncated, is no such image, or has more samples than a scan may
-[[nodiscard]] HeightMap ReadTiff(const std::filesystem::path& file, const TiffOptions& options);
+[[nodiscard]] HeightMap ReadTiff(const std::filesystem::path& file, const GridOptions& options);
 } // namespace Mu::Host

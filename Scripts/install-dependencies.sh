@@ -15,6 +15,7 @@ buildPackages=(
     libcli11-dev
     libeigen3-dev
     libfmt-dev
+    libpng-dev
     libpugixml-dev
     libtiff-dev
     libxxhash-dev

@@ -198,6 +198,17 @@ INSTANTIATE_TEST_SUITE_P(
              R"({"type": "SurfaceHeight"})", "", "scans[0].options"}),
     [](const auto& test) { return std::string(test.param.name); });
 
+TEST_F(JobOnScans, refuses_a_profile_for_a_tool_of_surfaces)
+{
+    WriteBytes(folder / "profile.csv", "0 1\n1 2\n2 3\n");
+    const std::string message =
+        ErrorIn(R"("a.tif", {"file": "profile.csv", "options": {"unit": "mm"}})", R"({"type": "SurfaceHeight"})");
+    EXPECT_EQ(message.find("tools[0]: input \"Surface\" of tool \"SurfaceHeight\" does not take this kind of scan, "
+                           "uniform profile. Give scans of a kind that it takes"),
+              0U)
+        << message;
+}
+
 TEST_F(JobOnScans, names_a_scan_that_is_missing_and_its_place_in_the_job)
 {
     const std::string problem = "scans[1]: " + (folder / "missing.tif").string() + ": there is no such file.";

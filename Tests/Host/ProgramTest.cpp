@@ -339,7 +339,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"missing_scan", "run SurfaceHeight a.tif none.tif --csv r.csv",
              "tlk: command line: SCAN: none.tif: there is no such file."},
         Case{"scan_of_another_format", "run SurfaceHeight a.tif text.tif --csv r.csv",
-             "tlk: text.tif: first bytes: the file begins neither as a TIFF nor as an X3P, PLY or PCD file."},
+             "tlk: text.tif: first bytes: the file begins neither as a TIFF, PNG, X3P, PLY or PCD file nor as a "
+             "text with lines of numbers."},
         Case{"truncated_scan", "run SurfaceHeight half.tif --csv r.csv", "tlk: half.tif: "},
         Case{"no_folder_for_results", "run SurfaceHeight a.tif --json none/r.json", "none/r.json: "},
         Case{"result_in_place_of_a_scan", "run SurfaceHeight a.tif --csv a.tif",

@@ -1,6 +1,6 @@
 #include <Host/ScanReader.h>
 
-#include <Host/TiffOptions.h>
+#include <Host/GridOptions.h>
 
 #include "CloudTestFiles.h"
 #include "ScanTestFiles.h"
@@ -96,6 +96,10 @@ TEST_F(ScanReader, Example_scans_are_read_with_nothing_but_their_sidecars)
     // Nearest and farthest, with z against the direction of view.
     EXPECT_NEAR(mug.offsetMm.z + 32767 * mug.scaleMm.z, -690, 0.5);
     EXPECT_NEAR(mug.offsetMm.z - 32767 * mug.scaleMm.z, -2593, 0.5);
+    EXPECT_EQ(std::get<ProfileScan>(ReadScan(ExampleScan("D906-5.txt"))).heights.size(), 4012u);
+    EXPECT_EQ(std::get<ProfileScan>(ReadScan(ExampleScan("1021-WLI-2D.csv"))).heights.size(), 1143u);
+    EXPECT_EQ(ReadHeightMap(ExampleScan("nanovea-test2.txt")).heights.size(), 10201u);
+    EXPECT_EQ(std::get<ImageScan>(ReadScan(ExampleScan("coins.png"))).width, 384u);
 }
 
 TEST_F(ScanReader, Format_is_known_by_content_whatever_the_name)
@@ -106,6 +110,8 @@ TEST_F(ScanReader, Format_is_known_by_content_whatever_the_name)
     const auto x3p = folder / "b.tif";
     WriteZip(x3p, {{"main.xml", X3pXml(2, 1, "I")}, {"bindata/data.bin", BytesOf(Heights{3, 4})}});
     EXPECT_EQ(ReadHeightMap(x3p).heights, (Heights{3, 4}));
+    WriteBytes(x3p, "1;2\n3;4\n");
+    EXPECT_EQ(ReadHeightMap(x3p, options, jobPlace).width, 2u);
     for (const char* mode : {"wl", "wb", "wl8", "wb8"})
     {
         const auto file = WriteTiff<std::uint16_t>(folder / "c.dat", 2, {5, 6}, {.mode = mode});
@@ -144,7 +150,9 @@ TEST_F(ScanReader, X3p_with_options_is_refused_at_the_place_of_the_options)
 
 TEST_F(ScanReader, Files_of_other_formats_are_refused)
 {
-    for (const char* text : {"", "II", "solid part", "\x89PNG\r\n"})
+    for (const char* text : {"", "II", "solid part", "a,b\nc,d\n", "\x89PN",
+                             "\x7f"
+                             "ELF"})
     {
         WriteBytes(folder / "a.tif", text);
         EXPECT_TRUE(Contains(ErrorOf([&] { return ReadHeightMap(folder / "a.tif"); }), "a.tif: first bytes: "));

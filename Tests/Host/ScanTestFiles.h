@@ -248,10 +248,11 @@ inline testing::AssertionResult Contains(const std::string& text, std::string_vi
     return testing::AssertionFailure() << "\"" << part << "\" is not in \"" << text << "\"";
 }
 
-template <typename Map>
-bool HasNote(const Map& map, std::string_view part)
+/// Whether the reader of a scan of any kind said this.
+template <typename Kind>
+bool HasNote(const Kind& scan, std::string_view part)
 {
-    return std::ranges::any_of(map.notes, [part](const std::string& note) { return note.find(part) != note.npos; });
+    return std::ranges::any_of(scan.notes, [part](const std::string& note) { return note.find(part) != note.npos; });
 }
 
 /// The height of sample (column, row) of the map in mm.

@@ -17,9 +17,9 @@ using namespace Mu::Host::Testing;
 constexpr std::int16_t nullHeight = HeightMap::nullHeight;
 using Heights = std::vector<std::int16_t>;
 
-TiffOptions Spacing(double x, double y, double z)
+GridOptions Spacing(double x, double y, double z)
 {
-    TiffOptions options;
+    GridOptions options;
     options.spacingMm = {x, y, z};
     return options;
 }
@@ -42,7 +42,7 @@ protected:
 
 TEST_F(TiffReader, Real_scan_has_the_published_facts)
 {
-    TiffOptions options = Spacing(0.1, 0.1, 0.1);
+    GridOptions options = Spacing(0.1, 0.1, 0.1);
     options.alongX = ImageAxis::Rows;
     options.invalid = 0;
     const auto map = ReadTiff(ExampleScan("cylinder1.tif"), options);
@@ -61,7 +61,7 @@ TEST_F(TiffReader, Real_scan_has_the_published_facts)
 
 TEST_F(TiffReader, Top_of_the_real_cylinder_lies_where_it_is_known_to_be)
 {
-    TiffOptions options = Spacing(0.1, 0.1, 0.1);
+    GridOptions options = Spacing(0.1, 0.1, 0.1);
     options.alongX = ImageAxis::Rows;
     options.invalid = 0;
     const auto map = ReadTiff(ExampleScan("cylinder1.tif"), options);
@@ -87,7 +87,7 @@ TEST_F(TiffReader, Top_of_the_real_cylinder_lies_where_it_is_known_to_be)
 TEST_F(TiffReader, Columns_are_x_by_default_and_rows_on_request)
 {
     WriteTiff<std::uint16_t>(file, 3, {1, 2, 3, 4, 5, 6});
-    TiffOptions options = Spacing(0.1, 0.2, 0.3);
+    GridOptions options = Spacing(0.1, 0.2, 0.3);
     options.offsetMm = {7, 8, 9};
     const auto byColumns = ReadTiff(file, options);
     EXPECT_EQ(byColumns.width, 3u);
@@ -183,7 +183,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(TiffReader, Samples_of_the_invalid_value_are_null)
 {
-    TiffOptions options = Spacing(1, 1, 1);
+    GridOptions options = Spacing(1, 1, 1);
     options.invalid = 65535;
     const auto map = ReadTiff(WriteTiff<std::uint16_t>(file, 4, {65535, 0, 5, 65535}), options);
     EXPECT_EQ(map.heights, (Heights{nullHeight, 0, 5, nullHeight}));
@@ -196,7 +196,7 @@ TEST_F(TiffReader, Samples_of_the_invalid_value_are_null)
 
 TEST_F(TiffReader, Invalid_value_that_no_sample_can_have_marks_none)
 {
-    TiffOptions options = Spacing(1, 1, 1);
+    GridOptions options = Spacing(1, 1, 1);
     WriteTiff<std::uint16_t>(file, 3, {0, 1, 65534});
     for (const double value : {-1.0, 0.5, 65536.0, 1e300})
     {

@@ -1,4 +1,4 @@
-#include <Host/TiffOptions.h>
+#include <Host/GridOptions.h>
 
 #include "ScanTestFiles.h"
 
@@ -12,12 +12,12 @@ using namespace Mu::Host;
 using namespace Mu::Host::Testing;
 using nlohmann::json;
 
-class TiffOptionsTest : public testing::Test
+class GridOptionsTest : public testing::Test
 {
 protected:
-    TiffOptions Read(const json& fromJob = nullptr) const
+    GridOptions Read(const json& fromJob = nullptr) const
     {
-        return ReadTiffOptions(scan, fromJob, "plate.job.json, scan 2");
+        return ReadGridOptions({scan, fromJob, "plate.job.json, scan 2"}, "TIFF");
     }
 
     void WriteSidecar(std::string_view text) const
@@ -29,12 +29,12 @@ protected:
     std::filesystem::path scan = folder / "plate.tif";
 };
 
-TEST_F(TiffOptionsTest, Sidecar_has_the_name_of_the_scan_and_json)
+TEST_F(GridOptionsTest, Sidecar_has_the_name_of_the_scan_and_json)
 {
     EXPECT_EQ(SidecarOf("a/plate.tif"), std::filesystem::path("a/plate.tif.json"));
 }
 
-TEST_F(TiffOptionsTest, All_keys_are_read_from_the_sidecar)
+TEST_F(GridOptionsTest, All_keys_are_read_from_the_sidecar)
 {
     WriteSidecar(R"({"spacing": [0.1, 0.2, 0.5], "offset": [1, -2, 3.5], "invalid": 7, "xAxis": "rows"})");
     const auto options = Read();
@@ -44,7 +44,7 @@ TEST_F(TiffOptionsTest, All_keys_are_read_from_the_sidecar)
     EXPECT_EQ(options.alongX, ImageAxis::Rows);
 }
 
-TEST_F(TiffOptionsTest, Only_the_spacing_is_needed)
+TEST_F(GridOptionsTest, Only_the_spacing_is_needed)
 {
     const auto options = Read({{"spacing", {1, 2, 3}}});
     EXPECT_EQ(options.spacingMm, (Vector3{1, 2, 3}));
@@ -53,7 +53,7 @@ TEST_F(TiffOptionsTest, Only_the_spacing_is_needed)
     EXPECT_EQ(options.alongX, ImageAxis::Columns);
 }
 
-TEST_F(TiffOptionsTest, Job_wins_key_by_key)
+TEST_F(GridOptionsTest, Job_wins_key_by_key)
 {
     WriteSidecar(R"({"spacing": [0.1, 0.2, 0.5], "offset": [1, 2, 3], "invalid": 7, "xAxis": "rows"})");
     const auto options = Read({{"offset", {4, 5, 6}}, {"invalid", nullptr}, {"xAxis", "columns"}});
@@ -63,7 +63,7 @@ TEST_F(TiffOptionsTest, Job_wins_key_by_key)
     EXPECT_EQ(options.alongX, ImageAxis::Columns);
 }
 
-TEST_F(TiffOptionsTest, Without_spacing_the_error_shows_what_to_write)
+TEST_F(GridOptionsTest, Without_spacing_the_error_shows_what_to_write)
 {
     const auto message = ErrorOf([&] { return Read({{"invalid", 0}}); });
     EXPECT_TRUE(Contains(message, scan.string() + ": "));
@@ -77,7 +77,7 @@ struct WrongOption
     const char* text;
 };
 
-TEST_F(TiffOptionsTest, Wrong_values_are_refused_by_file_and_key)
+TEST_F(GridOptionsTest, Wrong_values_are_refused_by_file_and_key)
 {
     const WrongOption cases[] = {
         {"spacing", R"({"spacing": 0.1})"},
@@ -108,7 +108,7 @@ TEST_F(TiffOptionsTest, Wrong_values_are_refused_by_file_and_key)
     }
 }
 
-TEST_F(TiffOptionsTest, Numbers_that_are_not_finite_are_refused)
+TEST_F(GridOptionsTest, Numbers_that_are_not_finite_are_refused)
 {
     for (const double number : {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()})
     {
@@ -118,7 +118,7 @@ TEST_F(TiffOptionsTest, Numbers_that_are_not_finite_are_refused)
     }
 }
 
-TEST_F(TiffOptionsTest, Sidecar_that_is_no_JSON_object_is_refused_by_name)
+TEST_F(GridOptionsTest, Sidecar_that_is_no_JSON_object_is_refused_by_name)
 {
     const json spacing = {{"spacing", {1, 1, 1}}};
     for (const char* text : {"", "{", "[1, 2]", "spacing = 1", R"({"spacing": [1e999, 1, 1]})", "null", "\xff\xfe{}"})
@@ -128,7 +128,7 @@ TEST_F(TiffOptionsTest, Sidecar_that_is_no_JSON_object_is_refused_by_name)
     }
 }
 
-TEST_F(TiffOptionsTest, Sidecar_beyond_64_KiB_is_refused)
+TEST_F(GridOptionsTest, Sidecar_beyond_64_KiB_is_refused)
 {
     const std::string options = R"({"spacing": [1, 1, 1]})";
     WriteSidecar(options + std::string(65536 - options.size(), ' '));
@@ -137,13 +137,13 @@ TEST_F(TiffOptionsTest, Sidecar_beyond_64_KiB_is_refused)
     EXPECT_TRUE(Contains(ErrorOf([&] { return Read(); }), "larger than 65536 bytes"));
 }
 
-TEST_F(TiffOptionsTest, Deeply_nested_values_are_refused)
+TEST_F(GridOptionsTest, Deeply_nested_values_are_refused)
 {
     WriteSidecar(R"({"spacing": )" + std::string(30000, '[') + std::string(30000, ']') + "}");
     EXPECT_TRUE(Contains(ErrorOf([&] { return Read(); }), "\"spacing\": an array of 1 is not a usable value"));
 }
 
-TEST_F(TiffOptionsTest, Options_of_the_job_must_be_an_object)
+TEST_F(GridOptionsTest, Options_of_the_job_must_be_an_object)
 {
     EXPECT_TRUE(Contains(ErrorOf([&] { return Read("rows"); }), "plate.job.json, scan 2: "));
     EXPECT_TRUE(Contains(ErrorOf([&] { return Read(json::array()); }), "plate.job.json, scan 2: "));
