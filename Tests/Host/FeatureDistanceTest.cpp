@@ -247,7 +247,7 @@ TEST(FeatureDistance, draws_the_angle_at_the_place_of_the_first_feature)
     ASSERT_EQ(drawn.size(), 10U);
     EXPECT_EQ(drawn[4], CasingOf({5, 0, 1}, {11.25, 0, 1}));
     EXPECT_EQ(drawn[5], CasingOf({5, 0, 1}, {5, 0, -5.25}));
-    EXPECT_EQ(drawn[6].find(TextOf("lines 4 ", ToolColours::CASING, " 1 1 ", zPoint3d32f{10, 0, 1})), 0U) << drawn[6];
+    EXPECT_EQ(drawn[6].find(TextOf("lines 2 ", ToolColours::CASING, " 1 1 ", zPoint3d32f{10, 0, 1})), 0U) << drawn[6];
     EXPECT_EQ(drawn[9].find(TextOf("lines 1 ", 0xFFFFFF00U, " 1 1 ", zPoint3d32f{10, 0, 1})), 0U) << drawn[9];
 }
 

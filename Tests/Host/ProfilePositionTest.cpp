@@ -209,10 +209,10 @@ TEST_F(ProfilePosition, draws_region_and_place_with_lines_across_the_data)
     // The lines reach three times the box beyond its middle, which is 3.5 by 4 mm around (11.75, 2).
     EXPECT_EQ(Measure("Top", Hills(), InRegion(box)).Drawn(),
               (std::vector<std::string>{
-                  "region2d (11.25, 0) (2, 100) 0", RayFrom({11.5, 0, 4}, {0, 0, 1}, 4, ToolColours::CASING),
-                  RayFrom({11.5, 0, 4}, {-0.0F, -0.0F, -1}, 4, ToolColours::CASING),
-                  RayFrom({11.5, 0, 4}, {1, 0, 0}, 4, ToolColours::CASING),
-                  RayFrom({11.5, 0, 4}, {-1, -0.0F, -0.0F}, 4, ToolColours::CASING),
+                  "region2d (11.25, 0) (2, 100) 0", RayFrom({11.5, 0, 4}, {0, 0, 1}, 2, ToolColours::CASING),
+                  RayFrom({11.5, 0, 4}, {-0.0F, -0.0F, -1}, 2, ToolColours::CASING),
+                  RayFrom({11.5, 0, 4}, {1, 0, 0}, 2, ToolColours::CASING),
+                  RayFrom({11.5, 0, 4}, {-1, -0.0F, -0.0F}, 2, ToolColours::CASING),
                   line({11.5, 0, -10}, {11.5, 0, 14}), line({1.25, 0, 4}, {22.25, 0, 4}), DotAt({11.5, 0, 4})}));
 }
 

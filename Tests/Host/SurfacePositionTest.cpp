@@ -116,10 +116,10 @@ TEST_F(SurfacePosition, draws_its_region_and_the_place_with_lines_across)
     };
     constexpr z32u yellow = 0xFFFFFF00;
     EXPECT_EQ(Run(nlohmann::json::object()).Drawn(),
-              (std::vector<std::string>{"region3d (12.5, 23, 0) (4, 2, 100) 0", ray({0, 1, 0}, 4, ToolColours::CASING),
-                                        ray({-0.0F, -1, -0.0F}, 4, ToolColours::CASING),
-                                        ray({1, 0, 0}, 4, ToolColours::CASING),
-                                        ray({-1, -0.0F, -0.0F}, 4, ToolColours::CASING), ray({0, 1, 0}, 1, yellow),
+              (std::vector<std::string>{"region3d (12.5, 23, 0) (4, 2, 100) 0", ray({0, 1, 0}, 2, ToolColours::CASING),
+                                        ray({-0.0F, -1, -0.0F}, 2, ToolColours::CASING),
+                                        ray({1, 0, 0}, 2, ToolColours::CASING),
+                                        ray({-1, -0.0F, -0.0F}, 2, ToolColours::CASING), ray({0, 1, 0}, 1, yellow),
                                         ray({-0.0F, -1, -0.0F}, 1, yellow), ray({1, 0, 0}, 1, yellow),
                                         ray({-1, -0.0F, -0.0F}, 1, yellow), DotAt({14, 24, 7})}));
 }

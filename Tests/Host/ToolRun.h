@@ -118,7 +118,7 @@ inline std::string DotAt(const zPoint3d32f& point)
 /// What carries a dimension over what is bright.
 inline std::string CasingOf(const zPoint3d32f& from, const zPoint3d32f& to)
 {
-    return TextOf("lines 4 ", ToolColours::CASING, " 0 0 ", from, ' ', to);
+    return TextOf("lines 2 ", ToolColours::CASING, " 0 0 ", from, ' ', to);
 }
 
 /// A dimension line with arrows at both ends, in yellow.
