@@ -110,7 +110,8 @@ void WalkFramed(const FramedGrid& grid, const Span& columns, const Span& rows, L
 {
     const auto row = [&](std::size_t number, const auto& visit) {
         const auto isSeen = [&grid, number](std::size_t i) { return grid.Element(number, i).has_value(); };
-        const auto makeOf = [&, number](std::size_t i) { return make(number, i, *grid.Element(number, i)); };
+        // Items of places that show nothing may be made too; any element will do for them.
+        const auto makeOf = [&, number](std::size_t i) { return make(number, i, grid.Element(number, i).value_or(0)); };
         visit(columns, TestedSelection(EveryElement(), isSeen), Output(list, makeOf));
     };
     WalkRows(rows, row, list);

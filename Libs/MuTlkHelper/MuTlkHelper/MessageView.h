@@ -153,6 +153,7 @@ class TriplePoints
 {
 public:
     using Sample = zPoint3d16s;
+    static constexpr bool GOES_BY_RUNS = true;
 
     TriplePoints(const Frame& newFrame, const zPoint3d16s* elements)
         : frame(newFrame)
@@ -219,6 +220,11 @@ struct LinePoints
     Frame frame;
     const z16s* pixels;
 
+    zPoint64f operator()(std::size_t column) const
+    {
+        return {frame.x.World(static_cast<z32s>(column)), frame.z.World(pixels[column])};
+    }
+
     [[nodiscard]] const Sample* Samples() const
     {
         return pixels;
@@ -268,6 +274,11 @@ struct Intensities
     using Sample = z8u;
 
     const z8u* row;
+
+    z8u operator()(std::size_t element) const
+    {
+        return row[element];
+    }
 
     [[nodiscard]] const Sample* Samples() const
     {

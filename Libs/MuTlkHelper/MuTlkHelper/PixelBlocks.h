@@ -360,17 +360,17 @@ public:
         list.Added(count);
     }
 
-    /// All but a few of the `count` elements from `first` on: those at `first + dropped[0]` and so on are left out. Run
-    /// by run, which is cheaper than to gather samples, as long as the runs are long.
-    void TakeMost(std::size_t first, std::size_t count, const Places& dropped, std::size_t droppedCount) const
+    /// The flagged ones of the `count` elements from `first` on, where few are left out. Takes room for all.
+    void TakeMost(std::size_t first, std::size_t count, const Flags& flags) const
     {
-        std::size_t begin = 0;
-        for (std::size_t i = 0; i < droppedCount; ++i)
+        if constexpr (requires { Make::GOES_BY_RUNS; })
         {
-            TakeAll(first + begin, dropped[i] - begin);
-            begin = dropped[i] + std::size_t{1};
+            TakeRuns(first, count, flags);
         }
-        TakeAll(first + begin, count - begin);
+        else
+        {
+            TakeFlagged(first, count, flags);
+        }
     }
 
     [[nodiscard]] bool HasRoom(std::size_t count) const
@@ -392,6 +392,33 @@ private:
         {
             items[i] = make(number(i));
         }
+    }
+
+    // Each is written behind those before, and the place moves on only if it is kept: cheaper than to gather samples.
+    void TakeFlagged(std::size_t first, std::size_t count, const Flags& flags) const
+    {
+        Item* const items = list.Room(count);
+        std::size_t kept = 0;
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            items[kept] = make(first + i);
+            kept += flags[i];
+        }
+        list.Added(kept);
+    }
+
+    // Cheaper still where nothing is shuffled when items are made of a run.
+    void TakeRuns(std::size_t first, std::size_t count, const Flags& flags) const
+    {
+        Places dropped;
+        const std::size_t droppedCount = PlacesOf(Inverted(flags), count, dropped);
+        std::size_t begin = 0;
+        for (std::size_t i = 0; i < droppedCount; ++i)
+        {
+            TakeAll(first + begin, dropped[i] - begin);
+            begin = dropped[i] + std::size_t{1};
+        }
+        TakeAll(first + begin, count - begin);
     }
 
     ListRun<Item>& list;
@@ -425,10 +452,9 @@ template <typename Selection, typename MakeRoom, typename... Outputs>
         {
             (outputs.TakeAll(first, kept), ...);
         }
-        else if (kept * 8 >= count * 7)
+        else if (kept * 8 >= count * 7 && (outputs.HasRoom(count) && ...))
         {
-            const std::size_t dropped = PlacesOf(Inverted(flags), count, places);
-            (outputs.TakeMost(first, count, places, dropped), ...);
+            (outputs.TakeMost(first, count, flags), ...);
         }
         else if (kept != 0)
         {
