@@ -6,6 +6,11 @@
 
 #include <TaVision/TvSurfaceMsg.h>
 
+#include <cmath>
+#include <fstream>
+#include <numbers>
+#include <utility>
+
 namespace
 {
 using namespace Mu::Host;
@@ -241,5 +246,49 @@ TEST_F(JobOnScans, says_when_no_tools_were_found)
     registry = ToolRegistry("1.0");
     EXPECT_TRUE(Contains(ErrorIn(R"("a.tif")", R"({"type": "SurfaceHeight"})"),
                          "there is no tool \"SurfaceHeight\". No tools were found: name their folder with --tools."));
+}
+
+RunResult RunExample(const std::string& name)
+{
+    return RunJob(ReadJob(std::filesystem::path(MU_EXAMPLES_DIR) / "Jobs" / name), RegistryOf({}));
+}
+
+double ValueIn(const RunResult& run, const std::string& tool, const std::string& output)
+{
+    const auto& results = run.scans.at(0).results;
+    return std::ranges::find_if(results, [&](const Result& r) { return r.tool == tool && r.output == output; })->value;
+}
+
+TEST(Example_jobs, find_the_table_where_the_publishers_of_its_cloud_do)
+{
+    // -0.0161854 x + 0.837724 y + 0.545855 z = 0.528787 m as the camera sees it; turned about x until -z is up, and
+    // solved for z: the slopes along x and y, and the place at x = y = 0. They allowed points 30 mm beside it.
+    const double slopeX = -0.0161854 / 0.545855;
+    const double slopeY = -0.837724 / 0.545855;
+    const RunResult run = RunExample("table.json");
+    EXPECT_NEAR(ValueIn(run, "table", "XAngle"), std::atan(slopeY) * 180 / std::numbers::pi, 0.5);
+    EXPECT_NEAR(ValueIn(run, "table", "YAngle"), std::atan(slopeX) * 180 / std::numbers::pi, 0.5);
+    EXPECT_NEAR(ValueIn(run, "table", "ZOffset"), -528.787 / 0.545855, 5);
+    EXPECT_TRUE(HasPassed(run));
+}
+
+TEST(Example_jobs, find_the_tip_and_the_flank_of_the_tool_where_its_text_has_them)
+{
+    std::pair<double, double> tip{0, 0};
+    std::pair<double, double> flank{1, 0};
+    std::ifstream text(ExampleScan("D906-5.txt"));
+    for (double x = 0, z = 0; text >> x >> z;)
+    {
+        tip = z > tip.second ? std::pair(x, z) : tip;
+        const bool isInRegion = x >= 0.25 && x <= 0.45 && z >= 2.1 && z <= 2.5;
+        flank = isInRegion && x < flank.first ? std::pair(x, z) : flank;
+    }
+    const RunResult run = RunExample("tooltip.json");
+    // A sample is off by up to half a step of 16 bits, 0.01 um.
+    EXPECT_NEAR(ValueIn(run, "tip", "X"), tip.first, 1e-5);
+    EXPECT_NEAR(ValueIn(run, "tip", "Z"), tip.second, 1e-5);
+    EXPECT_NEAR(ValueIn(run, "flank", "X"), flank.first, 1e-5);
+    EXPECT_NEAR(ValueIn(run, "flank", "Z"), flank.second, 1e-5);
+    EXPECT_TRUE(HasPassed(run));
 }
 } // namespace

@@ -13,7 +13,8 @@ using nlohmann::ordered_json;
 
 TEST(Laid_out_json, of_the_example_jobs_is_their_text)
 {
-    for (const char* const name : {"plate.json", "land.json", "cylinder.json", "plane.json"})
+    for (const char* const name :
+         {"plate.json", "land.json", "cylinder.json", "plane.json", "table.json", "tooltip.json"})
     {
         const std::string text = ReadBytes(std::filesystem::path(MU_EXAMPLES_DIR) / "Jobs" / name);
         EXPECT_EQ(LaidOut(ordered_json::parse(text)), text) << name;
