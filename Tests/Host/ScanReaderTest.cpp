@@ -44,6 +44,27 @@ protected:
         }
     }
 
+    /// Tries a file with a few bytes changed behind the first four, again and again.
+    void ReadsAndRefusesDamaged(const std::string& whole, int rounds)
+    {
+        std::mt19937 random(21);
+        const auto file = folder / "damaged";
+        int read = 0;
+        for (int round = 0; round < rounds; ++round)
+        {
+            std::string bytes = whole;
+            for (auto flips = 1 + random() % 4; flips > 0; --flips)
+            {
+                bytes[4 + random() % (bytes.size() - 4)] = static_cast<char>(random());
+            }
+            WriteBytes(file, bytes);
+            read += ReadsOrRefuses(file) ? 1 : 0;
+        }
+        // Both must occur, or the test does not try what it should.
+        EXPECT_GT(read, 0);
+        EXPECT_LT(read, rounds);
+    }
+
     std::string SmallTiff()
     {
         const std::vector<std::uint16_t> samples{7, 7, 7, 7, 9, 9, 300, 2, 1, 1, 1, 1, 65000, 5, 5, 5};
@@ -212,46 +233,13 @@ TEST_F(ScanReader, Every_start_of_a_file_is_read_or_refused)
 
 TEST_F(ScanReader, Damaged_tiff_files_are_read_or_refused)
 {
-    std::mt19937 random(21);
-    const auto file = folder / "damaged.tif";
-    const std::string whole = SmallTiff();
-    int read = 0;
-    constexpr int rounds = 4000;
-    for (int round = 0; round < rounds; ++round)
-    {
-        std::string bytes = whole;
-        for (auto flips = 1 + random() % 4; flips > 0; --flips)
-        {
-            bytes[4 + random() % (bytes.size() - 4)] = static_cast<char>(random());
-        }
-        WriteBytes(file, bytes);
-        read += ReadsOrRefuses(file) ? 1 : 0;
-    }
-    // Both must occur, or the test does not try what it should.
-    EXPECT_GT(read, 0);
-    EXPECT_LT(read, rounds);
+    ReadsAndRefusesDamaged(SmallTiff(), 4000);
 }
 
 TEST_F(ScanReader, Damaged_archives_are_read_or_refused)
 {
     options = noOptions;
-    std::mt19937 random(22);
-    const auto file = folder / "damaged.x3p";
-    const std::string whole = SmallX3p();
-    int read = 0;
-    constexpr int rounds = 3000;
-    for (int round = 0; round < rounds; ++round)
-    {
-        std::string bytes = whole;
-        for (auto flips = 1 + random() % 3; flips > 0; --flips)
-        {
-            bytes[4 + random() % (bytes.size() - 4)] = static_cast<char>(random());
-        }
-        WriteBytes(file, bytes);
-        read += ReadsOrRefuses(file) ? 1 : 0;
-    }
-    EXPECT_GT(read, 0);
-    EXPECT_LT(read, rounds);
+    ReadsAndRefusesDamaged(SmallX3p(), 3000);
 }
 
 TEST_F(ScanReader, Damaged_descriptions_are_read_or_refused)
@@ -293,24 +281,9 @@ TEST_F(ScanReader, Every_start_of_a_cloud_is_read_or_refused)
 TEST_F(ScanReader, Damaged_clouds_are_read_or_refused)
 {
     options = cloudOptions;
-    std::mt19937 random(24);
-    const auto file = folder / "damaged.ply";
     for (const std::string& whole : SmallClouds())
     {
-        int read = 0;
-        constexpr int rounds = 500;
-        for (int round = 0; round < rounds; ++round)
-        {
-            std::string bytes = whole;
-            for (auto flips = 1 + random() % 3; flips > 0; --flips)
-            {
-                bytes[4 + random() % (bytes.size() - 4)] = static_cast<char>(random());
-            }
-            WriteBytes(file, bytes);
-            read += ReadsOrRefuses(file) ? 1 : 0;
-        }
-        EXPECT_GT(read, 0);
-        EXPECT_LT(read, rounds);
+        ReadsAndRefusesDamaged(whole, 500);
     }
 }
 } // namespace
