@@ -1,6 +1,9 @@
 #include <Host/CsvDialect.h>
 
+#include <Host/Error.h>
 #include <Host/TextLines.h>
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -147,7 +150,28 @@ std::vector<std::string> FieldsOf(std::string_view line, char separator)
     return texts;
 }
 
-void TakeHead(CsvDialect& dialect, std::vector<Line> lines)
+/// Whether a field might be meant as a number: it begins like one, also with a typographic minus.
+bool BeginsLikeNumber(std::string_view field)
+{
+    constexpr std::string_view minus = "\xE2\x88\x92";
+    return field.starts_with(minus) || std::string_view("0123456789+-.").find(field.front()) != std::string_view::npos;
+}
+
+/// Refuses a line before the data that is more likely a damaged line of them than a heading.
+void RequireHeading(const std::filesystem::path& file, const Line& line, const std::vector<std::string>& fields)
+{
+    const auto isNoWord = [](const std::string& field) { return field.empty() || BeginsLikeNumber(field); };
+    const bool isAny = std::ranges::any_of(fields, [](const std::string& field) { return !field.empty(); });
+    if (isAny && std::ranges::all_of(fields, isNoWord))
+    {
+        throw Error(file, fmt::format("line {}", line.number),
+                    fmt::format("{} stands before the data and looks like them, but not all of it is numbers",
+                                Quoted(line.text)),
+                    "Correct the line, or leave a sample that was not measured empty; if it is a heading, remove it");
+    }
+}
+
+void TakeHead(const std::filesystem::path& file, CsvDialect& dialect, std::vector<Line> lines)
 {
     for (Line& line : lines)
     {
@@ -158,6 +182,7 @@ void TakeHead(CsvDialect& dialect, std::vector<Line> lines)
         auto fields = FieldsOf(line.text, dialect.separator);
         if (fields.size() == dialect.fieldCount)
         {
+            RequireHeading(file, line, fields);
             dialect.headFields = std::move(fields);
         }
         dialect.headLines.push_back(std::move(line.text));
@@ -193,7 +218,7 @@ std::optional<CsvDialect> FindCsvDialect(const std::filesystem::path& file)
             dialect.numberColumns.push_back(column);
         }
     }
-    TakeHead(dialect, std::move(lines));
+    TakeHead(file, dialect, std::move(lines));
     return dialect;
 }
 } // namespace Mu::Host

@@ -30,5 +30,6 @@ struct CsvDialect
 /// texts; of equals the first of semicolon, tab, comma and blanks. Data begin with the first line of that pattern.
 /// @returns nothing if the file is no text, or no line of it is data
 /// @throws Error  if the file cannot be read, or a line is too long
+/// @throws Error  if a line before the data looks like a damaged one of them
 [[nodiscard]] std::optional<CsvDialect> FindCsvDialect(const std::filesystem::path& file);
 } // namespace Mu::Host

@@ -35,6 +35,16 @@ bool TakesScans(const TaPipe::ToolInputInfo& input)
     return std::ranges::any_of(scanTypes, [&](PipeDataType type) { return Takes(input, {type, false}); });
 }
 
+std::string KindsOf(const TaPipe::ToolInputInfo& input)
+{
+    std::string kinds;
+    for (const PipeDataFormat& format : input.AcceptedDataFormats())
+    {
+        kinds += (kinds.empty() ? "" : ", ") + std::string(PipeDataTypeName(format.type));
+    }
+    return kinds;
+}
+
 std::string TextOf(PipeDataFormat format)
 {
     return format.isArray ? fmt::format("arrays of {}", PipeDataTypeName(format.type))
@@ -166,7 +176,8 @@ void JobLine::Station::CheckTaken(const std::string& input, PipeDataType type) c
     {
         setup->place.Fail(fmt::format("input {} of tool {} does not take this kind of scan, {}", Quoted(input),
                                       Quoted(setup->id), PipeDataTypeName(type)),
-                          "Give scans of a kind that it takes, or name another input as \"input\"");
+                          fmt::format("Give scans of a kind that it takes ({}), or name another input as \"input\"",
+                                      KindsOf(target)));
     }
 }
 

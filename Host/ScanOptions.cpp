@@ -1,6 +1,7 @@
 #include <Host/ScanOptions.h>
 
 #include <Host/Error.h>
+#include <Host/JsonText.h>
 #include <Host/ScanFile.h>
 
 #include <fmt/format.h>
@@ -43,7 +44,9 @@ json ReadSidecar(const std::filesystem::path& sidecar, const OptionWords& words)
     const std::string text = ReadSmallTextFile(sidecar, largestSidecar);
     try
     {
-        return json::parse(text);
+        json options = json::parse(text);
+        RefuseRepeatedKeys(sidecar, text);
+        return options;
     }
     catch (const json::exception& failure)
     {

@@ -8,9 +8,9 @@
 namespace Mu::Host
 {
 /// The room that axes take beside a frame, in units of the page.
-inline constexpr double axisRoomLeft = 104;
+inline constexpr double axisRoomLeft = 142;
 inline constexpr double axisRoomBelow = 66;
-inline constexpr double barRoom = 150;
+inline constexpr double barRoom = 200;
 
 /// Frame, ticks with their values, and names of the axes, as in "x (mm)".
 void DrawAxes(Canvas& canvas, const View& view, const std::string& acrossName, const std::string& upName);

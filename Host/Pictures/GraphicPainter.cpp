@@ -473,23 +473,24 @@ void GraphicPainter::DrawPlane(void* element)
     const double up = isProfile ? unit->z : unit->y;
     const double inDepth = isProfile ? unit->y : unit->z;
     const double squared = unit->x * unit->x + up * up;
-    const bool meetsPicture = squared >= alongView;
+    std::string_view place = "parallel to";
+    if (squared >= alongView)
+    {
+        // The place of the trace that is nearest to the origin, and the direction along it.
+        const double foot = (fromOrigin - inDepth * pictureDepth) / squared;
+        const bool isSeen =
+            DrawTrace(view.OnPage(unit->x * foot, up * foot), view.DirectionOnPage({up, -unit->x, -unit->x}));
+        place = isSeen ? "drawn where it meets" : "outside the picture where it meets";
+    }
     if (planeCount <= mostPlaneNotes)
     {
         planeNotes.push_back(
             fmt::format("plane {}: normal ({:.4g}, {:.4g}, {:.4g}), {:.6g} mm from the origin; {} {} = {:.6g} mm",
-                        planeCount, unit->x, unit->y, unit->z, fromOrigin,
-                        meetsPicture ? "drawn where it meets" : "parallel to", isProfile ? "y" : "z", pictureDepth));
-    }
-    if (meetsPicture)
-    {
-        // The place of the trace that is nearest to the origin, and the direction along it.
-        const double foot = (fromOrigin - inDepth * pictureDepth) / squared;
-        DrawTrace(view.OnPage(unit->x * foot, up * foot), view.DirectionOnPage({up, -unit->x, -unit->x}));
+                        planeCount, unit->x, unit->y, unit->z, fromOrigin, place, isProfile ? "y" : "z", pictureDepth));
     }
 }
 
-void GraphicPainter::DrawTrace(const Place& start, const Place& step)
+bool GraphicPainter::DrawTrace(const Place& start, const Place& step)
 {
     const double length = std::hypot(step.x, step.y);
     const Place along{start.x + step.x / length, start.y + step.y / length};
@@ -507,6 +508,7 @@ void GraphicPainter::DrawTrace(const Place& start, const Place& step)
     {
         DrawPlate(*end, fmt::format("plane {}", planeCount));
     }
+    return end.has_value();
 }
 
 void GraphicPainter::DrawRegion2d(void* element)

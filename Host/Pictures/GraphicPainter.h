@@ -78,7 +78,8 @@ private:
     void DrawHead(const Place& tip, const Place& from, double length, const Stroke& stroke);
     void DrawDot(const Place& place, const Stroke& stroke);
     void DrawSegment(const Segment& segment, const Stroke& stroke);
-    void DrawTrace(const Place& start, const Place& step);
+    /// Whether some of it lies in the frame.
+    bool DrawTrace(const Place& start, const Place& step);
     void DrawPlate(const Place& place, const std::string& line);
     void DrawOutline(std::vector<zPoint3d64f> corners);
     void DrawMarks(std::vector<Place>& places, std::span<const Place> shape, const Colour& colour);

@@ -31,7 +31,9 @@ std::string TextOf(double value, double step)
     const int decimals = std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9)));
     if (std::abs(value) >= largest || decimals > mostDecimals)
     {
-        const double digits = value == 0 ? 1 : std::floor(std::log10(std::abs(value) / step) + 1e-9) + 1;
+        // As many digits as lie between the first one of the value and that of the step.
+        const auto exponent = [](double number) { return std::floor(std::log10(std::abs(number)) + 1e-9); };
+        const double digits = value == 0 ? 1 : exponent(value) - exponent(step) + 1;
         return fmt::format("{:.{}g}", value, static_cast<int>(std::clamp(digits, 1.0, 17.0)));
     }
     return fmt::format("{:.{}f}", value, decimals);

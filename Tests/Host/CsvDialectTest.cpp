@@ -87,6 +87,21 @@ TEST(CsvDialectTest, Head_is_kept_with_the_names_of_columns)
     EXPECT_EQ(dialect->firstLine, 4u);
 }
 
+TEST(CsvDialectTest, Damaged_lines_before_the_data_are_no_headings)
+{
+    for (const char* const text :
+         {"0;\xE2\x88\x92"
+          "1\n1;2\n2;3\n",
+          "0;-----\n1;2\n2;3\n", "0.0;1O.0\n1;2\n2;3\n", "1\xC2\xA0;5\n1;2\n2;3\n", "--- --- ---\n1 2 3\n4 5 6\n"})
+    {
+        EXPECT_TRUE(Contains(ErrorOf([&] { return DialectOf(text); }), "text.txt: line 1: ")) << text;
+    }
+    for (const char* const text : {"x;z\n1;2\n2;3\n", "points;4012\n1;2\n2;3\n", ";;\n1;2;3\n2;3;4\n"})
+    {
+        EXPECT_EQ(DialectOf(text)->firstLine, 2U) << text;
+    }
+}
+
 TEST(CsvDialectTest, Decimal_mark_is_known_once_it_is_seen)
 {
     EXPECT_EQ(DialectOf("1;2\n")->mark, DecimalMark::Unknown);

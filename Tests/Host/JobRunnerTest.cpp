@@ -209,7 +209,7 @@ TEST_F(JobOnScans, refuses_a_profile_for_a_tool_of_surfaces)
     const std::string message =
         ErrorIn(R"("a.tif", {"file": "profile.csv", "options": {"unit": "mm"}})", R"({"type": "SurfaceHeight"})");
     EXPECT_EQ(message.find("tools[0]: input \"Surface\" of tool \"SurfaceHeight\" does not take this kind of scan, "
-                           "uniform profile. Give scans of a kind that it takes"),
+                           "uniform profile. Give scans of a kind that it takes (uniform surface, point surface)"),
               0U)
         << message;
 }

@@ -277,9 +277,12 @@ TEST(Surface_intensity, of_16_bits_is_refused_by_every_reader_of_a_pixel)
     EXPECT_EQ(corrected.intensity, 7) << "nothing is written";
     zPoint3d64f place{1, 2, 3};
     const zM3dTransform3d none{zNULL_64F, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-    EXPECT_EQ(RaisedBy([&] { GetTransformedPointFromPixel(data, none, 0, 0, &place, nullptr, nullptr, 0); }),
-              InputFailure(-997, "GetSurfaceIntensityPtr"));
-    EXPECT_EQ(place.x, 1);
+    z8u grey = 7;
+    EXPECT_EQ(RaisedBy([&] { GetTransformedPointFromPixel(data, none, 0, 0, &place, nullptr, &grey, 0); }),
+              InputFailure(-997, "GetSurfaceIntensityBasePtr"));
+    EXPECT_EQ(place.x, 1) << "nothing is written";
+    GetTransformedPointFromPixel(data, none, 0, 1, &place, nullptr, nullptr, 0);
+    EXPECT_EQ(place.z, 2) << "an intensity that nobody asks for is not read";
 }
 
 /// What `GetTransformedPointFromPixel` wrote and raised.

@@ -58,8 +58,10 @@ public:
     {
         Ta::Object<void*> message;
         const auto construct = isResampled ? TvSurfaceMsg_ConstructSimple : TvSurfaceMsg_ConstructUnresampledSimple;
-        const auto width = static_cast<std::size_t>(Whole(0, 64));
-        const auto length = static_cast<std::size_t>(Whole(0, 64));
+        // Now and then a row is longer than what is worked off at a time.
+        const bool isWide = Chance(0.1);
+        const auto width = static_cast<std::size_t>(isWide ? Whole(65, 600) : Whole(0, 64));
+        const auto length = static_cast<std::size_t>(isWide ? Whole(0, 7) : Whole(0, 64));
         MU_CHECK(construct(message.Out(), width, length, nullptr));
         Fill(static_cast<z16s*>(TvSurfaceMsg_Points(message.Get())), width * length * (isResampled ? 1 : 3));
         MU_CHECK(TvSurfaceMsg_AllocateIntensity(message.Get(), zTypeOf(z8u)));

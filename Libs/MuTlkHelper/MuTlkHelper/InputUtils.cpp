@@ -284,10 +284,10 @@ void GetTransformedPointFromPixel(const InputData& data, const zM3dTransform3d& 
     }
     if (!IsPixelPositionInvalid(data, x, y))
     {
-        const z8u grey = GetSurfaceIntensity(data, x, y);
+        const z8u* const greys = intensity == nullptr ? nullptr : GetSurfaceIntensityBasePtr(data, y);
         place.z = GetSurfaceHeight(data, x, y);
         Put(heightPixel, GetSurfaceHeightPixel(data, x, y));
-        Put(intensity, grey);
+        Put(intensity, greys == nullptr ? z8u{0} : greys[x]);
         Put(point, place);
         return;
     }

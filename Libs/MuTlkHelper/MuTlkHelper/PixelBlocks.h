@@ -249,10 +249,11 @@ inline std::size_t PlacesOf(const Flags& flags, std::size_t count, Places& place
     return found;
 }
 
-inline Flags Inverted(const Flags& flags)
+/// The first `count` of them.
+inline Flags Inverted(const Flags& flags, std::size_t count)
 {
     Flags inverted;
-    for (std::size_t i = 0; i < BLOCK; ++i)
+    for (std::size_t i = 0; i < count; ++i)
     {
         inverted[i] = flags[i] ^ 1;
     }
@@ -411,7 +412,7 @@ private:
     void TakeRuns(std::size_t first, std::size_t count, const Flags& flags) const
     {
         Places dropped;
-        const std::size_t droppedCount = PlacesOf(Inverted(flags), count, dropped);
+        const std::size_t droppedCount = PlacesOf(Inverted(flags, count), count, dropped);
         std::size_t begin = 0;
         for (std::size_t i = 0; i < droppedCount; ++i)
         {

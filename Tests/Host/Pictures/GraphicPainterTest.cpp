@@ -121,6 +121,13 @@ TEST_F(Drawn_graphic, has_arrow_heads_at_the_ends_that_carry_them)
     EXPECT_FALSE(beside(4, 0));
 }
 
+TEST_F(Drawn_graphic, says_so_where_a_plane_meets_the_picture_outside)
+{
+    // x + z = 400 meets z = 0 at x = 400.
+    GraphicAddPlane(G(), zPlane3d64f{{400, 0, 0}, {1, 0, 1}}, nullptr);
+    EXPECT_TRUE(HasText(Draw(), "outside the picture where it meets z = 0 mm"));
+}
+
 TEST_F(Drawn_graphic, has_no_longer_arrow_heads_than_the_line_that_they_end)
 {
     // 0.02 mm are less than 2 pixels of the page, a whole head has about 15.

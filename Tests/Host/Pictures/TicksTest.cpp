@@ -34,7 +34,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"zero_without_sign", {-0.1, 0.1}, 3, {"-0.1", "0.0", "0.1"}},
                     Case{"downwards", {4, 0}, 5, {"0", "1", "2", "3", "4"}},
                     Case{"large_offset", {100000, 100001}, 3, {"100000.0", "100000.5", "100001.0"}},
-                    Case{"large", {0, 2e8}, 3, {"0", "1e+08", "2e+08"}}, Case{"one_value", {5, 5}, 4, {"5"}},
+                    Case{"large", {0, 2e8}, 3, {"0", "1e+08", "2e+08"}},
+                    Case{
+                        "large_between", {0, 3e10}, 7, {"0", "5e+09", "1e+10", "1.5e+10", "2e+10", "2.5e+10", "3e+10"}},
+                    Case{"small", {0, 2e-8}, 3, {"0", "1e-08", "2e-08"}}, Case{"one_value", {5, 5}, 4, {"5"}},
                     Case{"lost_in_the_value", {1e17, 1e17 + 16}, 5, {"1e+17"}}),
     [](const auto& test) { return std::string(test.param.name); });
 
