@@ -152,35 +152,73 @@ TEST(Points_in_a_turned_box, are_none_at_an_angle_that_is_no_number)
     EXPECT_EQ(PointsIn(surface.Get(), Turned(EVERYWHERE, NOT_A_NUMBER)), Points());
 }
 
-TEST(Points_in_a_box, are_added_to_a_list_of_points_and_replace_another_list)
+/// A member that keeps a list of its items and replaces any other, on a message in which it finds two items.
+struct KeepingMember
 {
-    const auto surface = Surface({{1, 2}});
-    Handle list(NewList(zTypeOf(zPoint3d64f)));
-    void* const kept = list.Get();
-    GetPointsFromRegion(surface.Get(), EVERYWHERE, list.Out());
-    GetPointsFromRegion(surface.Get(), EVERYWHERE, list.Out());
-    EXPECT_EQ(list.Get(), kept);
-    EXPECT_EQ(ItemsOf<zPoint3d64f>(list.Get()), (Points{{0, 0, 1}, {1, 0, 2}, {0, 0, 1}, {1, 0, 2}}));
+    const char* name;
+    zType itemType;
+    std::function<void(void** list, void* alloc)> get;
+};
 
-    const Ta::Object<void*> other(NewList(zTypeOf(z8u)));
+class Kept_lists : public testing::TestWithParam<KeepingMember>
+{
+};
+
+TEST_P(Kept_lists, are_added_to_and_others_are_replaced)
+{
+    const auto& [name, itemType, get] = GetParam();
+    Handle list(NewList(itemType));
+    void* const kept = list.Get();
+    get(list.Out(), nullptr);
+    get(list.Out(), nullptr);
+    EXPECT_EQ(list.Get(), kept);
+    EXPECT_EQ(zArrayList_Count(list.Get()), 4U);
+
+    const Ta::Object<void*> other(NewList(zTypeOf(z16s)));
     MU_CHECK(xzObject_ShareImpl(other.Get()));
     Handle replaced(other.Get());
-    GetPointsFromRegion(surface.Get(), EVERYWHERE, replaced.Out());
+    get(replaced.Out(), nullptr);
     EXPECT_EQ(xzObject_ReferenceCount(other.Get()), 1) << "the former list is released";
-    EXPECT_EQ(ItemsOf<zPoint3d64f>(replaced.Get()).size(), 2U);
+    EXPECT_EQ(zArrayList_ItemType(replaced.Get()), itemType);
+    EXPECT_EQ(zArrayList_Count(replaced.Get()), 2U);
 }
 
-TEST(Points_in_a_box, come_in_a_list_of_the_allocator_with_room_for_1024)
+TEST_P(Kept_lists, are_made_by_the_allocator_with_room_for_1024)
 {
     const CountingAlloc alloc;
-    const auto surface = Surface({{NullPixel}});
     {
         Handle list;
-        GetPointsFromRegion(surface.Get(), EVERYWHERE, list.Out(), alloc.Get());
+        GetParam().get(list.Out(), alloc.Get());
         EXPECT_EQ(static_cast<const zArrayListClass*>(list.Get())->capacity, 1024U);
         EXPECT_EQ(alloc.LiveBlocks(), 2U);
     }
     EXPECT_EQ(alloc.LiveBlocks(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, Kept_lists,
+    testing::Values(KeepingMember{"GetPointsFromRegion", zTypeOf(zPoint3d64f),
+                                  [](void** list, void* alloc) {
+                                      GetPointsFromRegion(Surface({{1, 2}}).Get(), EVERYWHERE, list, alloc);
+                                  }},
+                    KeepingMember{"GetIntensitiesFromRegion", zTypeOf(z8u),
+                                  [](void** list, void* alloc) {
+                                      const auto surface = Surface({{1, 2}}).Intensity({{10, 20}});
+                                      GetIntensitiesFromRegion(surface.Get(), EVERYWHERE, list, alloc);
+                                  }},
+                    KeepingMember{"GetPointsFromRegionXZ", zTypeOf(zPoint64f),
+                                  [](void** list, void* alloc) {
+                                      GetPointsFromRegionXZ(Profile({1, 2}).Get(), ALONG_EVERYTHING, list, alloc);
+                                  }}),
+    [](const auto& member) { return std::string(member.param.name); });
+
+TEST(Points_in_a_box, follow_those_that_a_list_holds)
+{
+    const auto surface = Surface({{1, 2}});
+    Handle list;
+    GetPointsFromRegion(surface.Get(), EVERYWHERE, list.Out());
+    GetPointsFromRegion(surface.Get(), EVERYWHERE, list.Out());
+    EXPECT_EQ(ItemsOf<zPoint3d64f>(list.Get()), (Points{{0, 0, 1}, {1, 0, 2}, {0, 0, 1}, {1, 0, 2}}));
 }
 
 TEST(Intensities_in_a_box, are_those_of_the_points_there)
@@ -408,6 +446,18 @@ TEST(Profile_points_with_intensity, come_in_two_lists_that_are_made_anew)
     }
 }
 
+TEST(Profile_points_with_intensity, come_in_lists_of_the_allocator_with_room_for_1024)
+{
+    const CountingAlloc alloc;
+    Handle list;
+    Handle grey;
+    GetPointsAndIntensitiesFromRegionXZ(Profile({1}).Intensity({10}).Get(), ALONG_EVERYTHING, list.Out(), grey.Out(),
+                                        alloc.Get());
+    EXPECT_EQ(static_cast<const zArrayListClass*>(list.Get())->capacity, 1024U);
+    EXPECT_EQ(static_cast<const zArrayListClass*>(grey.Get())->capacity, 1024U);
+    EXPECT_EQ(alloc.LiveBlocks(), 4U);
+}
+
 TEST(All_profile_points, of_pairs_need_both_components)
 {
     const auto profile = PointProfile({{1, 2}, {NullPixel, 3}, {5, NullPixel}, {7, 8}}).Intensity({10, 20, 30, 40});
@@ -526,6 +576,22 @@ TEST(Points_in_regions, of_none_are_none_in_a_new_list)
     GetProfilePointsFromRegionsWithAngle(profile.Get(), nullptr, nullptr, 0, turned.Out());
     EXPECT_EQ(zArrayList_ItemType(turned.Get()), zTypeOf(zPoint64f));
     EXPECT_EQ(static_cast<const zArrayListClass*>(turned.Get())->capacity, 0U);
+}
+
+TEST(Points_in_regions, need_the_regions_and_angles_that_are_counted)
+{
+    const auto profile = Profile({1, 2, 3});
+    RegionXZ<double> region = ALONG_EVERYTHING;
+    double angle = 0;
+    Handle list;
+    const auto turned = [&](RegionXZ<double>* regions, double* angles) {
+        return RaisedBy([&] { GetProfilePointsFromRegionsWithAngle(profile.Get(), regions, angles, 1, list.Out()); });
+    };
+    EXPECT_EQ(RaisedBy([&] { GetProfilePointsFromRegions(profile.Get(), nullptr, 1, list.Out()); }),
+              InputFailure(-997, "GetProfilePointsFromRegions"));
+    EXPECT_EQ(turned(nullptr, &angle), InputFailure(-997, "GetProfilePointsFromRegionsWithAngle"));
+    EXPECT_EQ(turned(&region, nullptr), InputFailure(-997, "GetProfilePointsFromRegionsWithAngle"));
+    EXPECT_EQ(list.Get(), nullptr);
 }
 
 TEST(Points_in_regions, have_open_upper_bounds)
