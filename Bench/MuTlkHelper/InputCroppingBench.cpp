@@ -6,6 +6,10 @@
 
 #include "BenchSurface.h"
 
+#if MU_HAS_OPENCV
+#include "ImagePeer.h"
+#endif
+
 #include <MuTlkHelper/InputUtils.h>
 
 #include <Support/Lists.h>
@@ -13,6 +17,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <random>
@@ -92,6 +97,28 @@ Ta::Object<void*> PlainCrop(void* array, void* mask)
     }
     return crop;
 }
+
+#if MU_HAS_OPENCV
+void CropImage(benchmark::State& state, IsKept isKept)
+{
+    const Ta::Object<void*> mask = MakeMask(isKept);
+    const auto* const pixels = static_cast<const z16s*>(zArray2_Items(SurfacePoints()));
+    const auto* const bytes = static_cast<const z8u*>(zArray2_Items(mask.Get()));
+    const std::vector<z16s> expected = ItemsOfGrid<z16s>(PlainCrop(SurfacePoints(), mask.Get()).Get());
+    cv::Mat out;
+    CropByImages(pixels, bytes, LENGTH, WIDTH, out);
+    if (!std::equal(expected.begin(), expected.end(), out.ptr<z16s>()))
+    {
+        state.SkipWithError("the crop is not that of the plain loop");
+        return;
+    }
+    for (auto iteration : state)
+    {
+        CropByImages(pixels, bytes, LENGTH, WIDTH, out);
+        benchmark::ClobberMemory();
+    }
+}
+#endif
 
 void CropLibrary(benchmark::State& state, IsKept isKept)
 {
@@ -265,6 +292,9 @@ void ExtractPlain(benchmark::State& state)
     {
         add(std::string("Crop") + mask.name + "/Library", CropLibrary, mask.isKept);
         add(std::string("Crop") + mask.name + "/Plain", CropPlain, mask.isKept);
+#if MU_HAS_OPENCV
+        add(std::string("Crop") + mask.name + "/OpenCV", CropImage, mask.isKept);
+#endif
     }
     for (const ListCase& c : ListCases())
     {

@@ -7,6 +7,13 @@
 
 #include "BenchSurface.h"
 
+#if MU_HAS_PCL
+#include "CloudPeer.h"
+#endif
+#if MU_HAS_OPENCV
+#include "ImagePeer.h"
+#endif
+
 #include <MuTlkHelper/InputUtils.h>
 #include <MuTlkHelper/MaskPixels.h>
 
@@ -15,6 +22,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <random>
@@ -144,6 +152,26 @@ void Copy(benchmark::State& state, const Case& c)
     }
 }
 
+#if MU_HAS_PCL
+void Cloud(benchmark::State& state, const Case& c)
+{
+    CloudPeer peer(c.surface, c.region);
+    const Handle plain(NewList(zTypeOf(zPoint3d64f)));
+    PlainInto(c.surface, c.region, plain.Get());
+    const auto expected = static_cast<double>(zArrayList_Count(plain.Get()));
+    // Floats round some points across a bound.
+    if (std::abs(static_cast<double>(peer.Filter()) - expected) > 0.01 * expected)
+    {
+        state.SkipWithError("the points are not those of the plain loop");
+        return;
+    }
+    for (auto iteration : state)
+    {
+        benchmark::DoNotOptimize(peer.Filter());
+    }
+}
+#endif
+
 // The least that a window test of every pixel costs.
 void CountPass(benchmark::State& state)
 {
@@ -238,6 +266,31 @@ void PlainMask(benchmark::State& state)
     }
 }
 
+#if MU_HAS_OPENCV
+void MaskImage(benchmark::State& state)
+{
+    const auto count = static_cast<int>(state.range(0));
+    const Ta::Object<void*> profile = WavyProfile(static_cast<std::size_t>(count));
+    const auto* const pixels = static_cast<const z16s*>(TvProfileMsg_Points(profile.Get()));
+    std::vector<z16s> expected(pixels, pixels + count);
+    const auto end = static_cast<std::size_t>(count - count / 20);
+    MaskPixels(expected.data(), expected.size(), {static_cast<std::size_t>(count / 20), end}, {-10000, 10000},
+               BestVectorCode());
+    cv::Mat out;
+    MaskByImages(pixels, count, count / 20, static_cast<int>(end), -10000, 10000, out);
+    if (!std::equal(expected.begin(), expected.end(), out.ptr<z16s>()))
+    {
+        state.SkipWithError("the mask is not that of the library");
+        return;
+    }
+    for (auto iteration : state)
+    {
+        MaskByImages(pixels, count, count / 20, static_cast<int>(end), -10000, 10000, out);
+        benchmark::ClobberMemory();
+    }
+}
+#endif
+
 // A list made anew each time, for which fresh memory is the cost.
 void NewListEachTime(benchmark::State& state)
 {
@@ -257,6 +310,9 @@ void NewListEachTime(benchmark::State& state)
         benchmark::RegisterBenchmark((name + "/Copy").c_str(), Copy, c)->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark((name + "/Library").c_str(), Library, c)->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark((name + "/Plain").c_str(), Plain, c)->Unit(benchmark::kMillisecond);
+#if MU_HAS_PCL
+        benchmark::RegisterBenchmark((name + "/CropBox").c_str(), Cloud, c)->Unit(benchmark::kMillisecond);
+#endif
     }
     return true;
 }();
@@ -268,4 +324,7 @@ BENCHMARK(MaskPixelsOnly)->Arg(1024)->Arg(4096);
 BENCHMARK(CloneProfile)->Arg(1024)->Arg(4096);
 BENCHMARK(MaskProfile)->Arg(1024)->Arg(4096);
 BENCHMARK(PlainMask)->Arg(1024)->Arg(4096);
+#if MU_HAS_OPENCV
+BENCHMARK(MaskImage)->Arg(1024)->Arg(4096);
+#endif
 } // namespace

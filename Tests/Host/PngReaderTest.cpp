@@ -53,7 +53,7 @@ struct Picture
             for (int bit = 0; bit < bits; ++bit)
             {
                 const std::size_t at = i % perRow * static_cast<std::size_t>(bits) + static_cast<std::size_t>(bit);
-                const unsigned value = (samples[i] >> (bits - 1 - bit)) & 1U;
+                const unsigned value = (unsigned{samples[i]} >> (bits - 1 - bit)) & 1U;
                 rows[i / perRow][at / 8] = static_cast<std::uint8_t>(rows[i / perRow][at / 8] | value << (7 - at % 8));
             }
         }
