@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <optional>
+
 namespace Mu::Host
 {
 namespace
@@ -17,7 +19,7 @@ std::vector<std::string> RowOf(const std::string& scan, const Result& result)
             TerminalText(OutputText(result)),
             ValueText(result),
             result.state == ResultState::Value ? TerminalText(result.units) : std::string(),
-            LimitsText(result.limits),
+            LimitsText(result),
             NameOf(result.decision)};
 }
 
@@ -50,12 +52,29 @@ std::string DecisionText(const RunResult& run)
     std::string text = fmt::format("{} passed, {} failed", passed, failed);
     return undecided == 0 ? text + '\n' : text + fmt::format(", {} without a value to decide on\n", undecided);
 }
-} // namespace
 
-std::string ShortNumber(double value)
+std::string NumberText(double value, int digits)
 {
-    return fmt::format("{:.6g}", value);
+    return fmt::format("{:.{}g}", value, digits);
 }
+
+/// Six, or as many more as tell a value from its limits.
+int DigitsOf(const Result& result)
+{
+    constexpr int fewest = 6;
+    constexpr int most = 17;
+    const auto isTold = [&result](const std::optional<double>& limit, int digits) {
+        return !limit || *limit == result.value || NumberText(*limit, digits) != NumberText(result.value, digits);
+    };
+    int digits = fewest;
+    while (result.state == ResultState::Value && digits < most &&
+           !(isTold(result.limits.lower, digits) && isTold(result.limits.upper, digits)))
+    {
+        ++digits;
+    }
+    return digits;
+}
+} // namespace
 
 std::string OutputText(const Result& result)
 {
@@ -67,7 +86,7 @@ std::string ValueText(const Result& result)
     switch (result.state)
     {
     case ResultState::Value:
-        return ShortNumber(result.value);
+        return NumberText(result.value, DigitsOf(result));
     case ResultState::Data:
         return PipeDataTypeName(result.dataType);
     default:
@@ -75,17 +94,19 @@ std::string ValueText(const Result& result)
     }
 }
 
-std::string LimitsText(const Limits& limits)
+std::string LimitsText(const Result& result)
 {
-    if (limits.lower && limits.upper)
+    const auto& [lower, upper] = result.limits;
+    const int digits = DigitsOf(result);
+    if (lower && upper)
     {
-        return fmt::format("{} to {}", ShortNumber(*limits.lower), ShortNumber(*limits.upper));
+        return fmt::format("{} to {}", NumberText(*lower, digits), NumberText(*upper, digits));
     }
-    if (limits.lower)
+    if (lower)
     {
-        return fmt::format("from {}", ShortNumber(*limits.lower));
+        return fmt::format("from {}", NumberText(*lower, digits));
     }
-    return limits.upper ? fmt::format("up to {}", ShortNumber(*limits.upper)) : std::string();
+    return upper ? fmt::format("up to {}", NumberText(*upper, digits)) : std::string();
 }
 
 std::string SizeText(const ScanResult& scan)

@@ -117,7 +117,7 @@ public:
         Write(name, 0.02, style, std::max(0.1, valueEnd - valueShare));
         WriteEnd(value, result.state == ResultState::Value ? style : quietStyle);
         Write(result.state == ResultState::Value ? result.units : "", unitBegin, quietStyle, limitsBegin);
-        Write(LimitsText(result.limits), limitsBegin, quietStyle, signBegin);
+        Write(LimitsText(result), limitsBegin, quietStyle, signBegin);
         if (result.decision != Decision::None)
         {
             DrawSign(canvas, {area.left + signBegin * area.width + 10, top + lineHeight / 2}, result.decision);

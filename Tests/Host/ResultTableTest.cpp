@@ -41,6 +41,17 @@ TEST(Result_table, shows_values_with_units_limits_and_decisions)
                                               "2 passed, 1 failed\n");
 }
 
+TEST(Result_table, has_as_many_digits_as_tell_a_value_from_its_limits)
+{
+    RunResult run;
+    run.scans.push_back({"a.tif", "a.tif", 1, 1, 1, {}, {}});
+    run.scans[0].results = {Measured("Maximum", -1234.49911, {{}, -1234.4992}, Decision::Fail),
+                            Measured("Mean", 12.3456789, {12.3456789, 20}, Decision::Pass)};
+    const std::string text = ResultTable(run, Notes::Count);
+    EXPECT_NE(text.find("-1234.4991  mm  up to -1234.4992  FAIL\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("12.3457  mm  12.3457 to 20"), std::string::npos) << text;
+}
+
 TEST(Result_table, tells_points_of_profiles_and_pixels_of_images)
 {
     RunResult run;
