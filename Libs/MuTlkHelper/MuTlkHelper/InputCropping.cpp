@@ -116,6 +116,7 @@ void GetPointsInAnnularSector(void* message, const Mu::Vision::AnnularSector3d<d
 {
     constexpr std::size_t SECTOR_CAPACITY = 1000;
     RequireArguments(MU_HERE, message, list);
+    // Required: a list is never kept, not even one of points.
     RebuildList(MU_HERE, list, zTypeOf(zPoint3d64f), SECTOR_CAPACITY, nullptr);
     ListRun<zPoint3d64f> points(MU_HERE, *list);
     WalkSector(MU_HERE, SurfaceView(message), sector, points);

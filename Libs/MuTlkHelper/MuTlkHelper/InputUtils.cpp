@@ -609,7 +609,13 @@ ProfileLists RebuildLists(const Ta::Place& place, void** points, void** intensit
     return {*points, *intensities};
 }
 
-// A copy of a message's array, and the items of it.
+// Required: the handle becomes null, and what it held is not released.
+void TellNoIntensities(void** intensities)
+{
+    *intensities = nullptr;
+}
+
+// A copy of a message's array, and the items of it. Required: it is stored over what the handle holds.
 template <typename Item>
 Item* ClonedItems(const Ta::Place& place, zArray1 source, void** array, zAlloc alloc)
 {
@@ -740,7 +746,7 @@ void GetAllProfilePointsAndIntensity(void* message, void** list, void** intensit
     if (!TvProfileMsg_HasIntensity(message))
     {
         GetAllProfilePoints(message, list, alloc);
-        *intensity = nullptr;
+        TellNoIntensities(intensity);
         return;
     }
     RequireBytes(MU_HERE, IntensityTypeOfProfile(message));
@@ -779,7 +785,7 @@ void GetPointAndIntensityArrayFromRegionXZ(void* message, const RegionXZ<double>
     if (!TvProfileMsg_HasIntensity(message))
     {
         GetPointArrayFromRegionXZ(message, region, array, alloc);
-        *intensity = nullptr;
+        TellNoIntensities(intensity);
         return;
     }
     RequireBytes(MU_HERE, IntensityTypeOfProfile(message));
@@ -798,6 +804,7 @@ void GetPointAndIntensityArrayFromRegionXZ(void* message, const RegionXZ<double>
     const Mu::Vision::Rect2d<int> box = profile.PixelBox(region, 1);
     if (box.width < 1 || box.height < 1)
     {
+        // Required: here intensities of points that were null go too, elsewhere they stay.
         MU_CHECK(Mu::Vision::Array1FillMin(*array));
         MU_CHECK(Mu::Vision::Array1FillMin(*intensity));
         return;
@@ -830,7 +837,7 @@ void GetPointsAndIntensitiesFromRegionXZ(void* message, const RegionXZ<double>& 
     if (!TvProfileMsg_HasIntensity(message))
     {
         GetPointsFromRegionXZ(message, region, list, alloc);
-        *intensity = nullptr;
+        TellNoIntensities(intensity);
         return;
     }
     RequireBytes(MU_HERE, IntensityTypeOfProfile(message));
